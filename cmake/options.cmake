@@ -1,0 +1,20 @@
+# Everything of ours links kurbelbuch_options: the include root, the warnings and the sanitizers.
+add_library(kurbelbuch_options INTERFACE)
+target_include_directories(kurbelbuch_options INTERFACE "${PROJECT_SOURCE_DIR}")
+target_compile_options(kurbelbuch_options INTERFACE
+  -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wsign-conversion -Wnon-virtual-dtor
+  -Wold-style-cast -Wcast-qual -Wformat=2 -Wundef
+  # Rounding and the rules for NaN and infinity are part of the charts: no contraction into
+  # fused operations, so that every machine draws the same pixels.
+  -ffp-contract=off)
+if(KURBELBUCH_WARNINGS_ARE_ERRORS)
+  target_compile_options(kurbelbuch_options INTERFACE -Werror)
+endif()
+if(KURBELBUCH_SANITIZE)
+  # Division of floating-point numbers by zero is defined (IEEE 754) and used on purpose, so
+  # float-divide-by-zero stays off; conversions that do not fit are errors.
+  set(sanitizers -fsanitize=address,undefined,float-cast-overflow -fno-sanitize-recover=all
+                 -fno-omit-frame-pointer)
+  target_compile_options(kurbelbuch_options INTERFACE ${sanitizers} -O1 -D_GLIBCXX_ASSERTIONS)
+  target_link_options(kurbelbuch_options INTERFACE ${sanitizers})
+endif()
