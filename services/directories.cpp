@@ -1,0 +1,50 @@
+#include "services/directories.h"
+
+#include <filesystem>
+#include <system_error>
+
+#include "services/regular_files.h"
+
+namespace services {
+
+Path currentDirectory() {
+    std::error_code error;
+    Path path = std::filesystem::current_path(error).native();
+    if (error || path.empty()) return {};
+    if (path.back() != '/') path += '/';
+    return path;
+}
+
+bool setCurrentDirectory(PathView path) {
+    return isUsablePath(path) && chdir(Path(path).c_str()) == 0;
+}
+
+bool createDirectory(PathView path) {
+    return isUsablePath(path) && mkdir(Path(path).c_str(), 0700) == 0;
+}
+
+bool deleteFile(PathView path) {
+    return isUsablePath(path) && unlink(Path(path).c_str()) == 0;
+}
+
+bool canReadFile(PathView path) {
+    const int descriptor = openRegularFile(path, O_RDONLY);
+    if (descriptor == noDescriptor) return false;
+    close(descriptor);
+    return true;
+}
+
+bool isDirectory(PathView path) {
+    struct stat status = {};
+    return isUsablePath(path) && stat(Path(path).c_str(), &status) == 0 && S_ISDIR(status.st_mode);
+}
+
+Path executableDirectory() {
+    // Where this link is missing the directory counts as unknown.
+    std::error_code error;
+    const Path path = std::filesystem::read_symlink("/proc/self/exe", error).native();
+    const std::size_t slash = path.rfind('/');
+    return error || slash == Path::npos ? Path() : path.substr(0, slash + 1);
+}
+
+}  // namespace services

@@ -1,0 +1,28 @@
+// The working directory and single file-system commands.
+#pragma once
+
+#include "services/paths.h"
+
+namespace services {
+
+// The working directory with a "/" at its end; empty when it is gone.
+Path currentDirectory();
+
+// True on success; on failure the working directory stays.
+bool setCurrentDirectory(PathView path);
+
+// Owner-only access rights. False when it exists already or can't be created.
+bool createDirectory(PathView path);
+
+// Removes a file (never a directory). True on success.
+bool deleteFile(PathView path);
+
+// True when `path` is a regular file that can be opened for reading. Never blocks.
+bool canReadFile(PathView path);
+
+bool isDirectory(PathView path);
+
+// The directory that holds the running program, with a "/" at its end; empty when unknown.
+Path executableDirectory();
+
+}  // namespace services

@@ -1,0 +1,17 @@
+// Text on a chart, in the drawing surface's font (the desktop's default font).
+#pragma once
+
+#include "services/colours.h"
+#include "services/latin1.h"
+#include "services/raster.h"
+
+namespace services {
+
+// Logical pixels, 0 or more.
+int textWidth(TextView text);
+int textHeight(TextView text);
+
+// The text's box has its top left corner at (x, y); its background stays as it is.
+void drawText(Surface& surface, int x, int y, TextView text, Colour colour);
+
+}  // namespace services
