@@ -1,0 +1,7 @@
+#include "device/device_state.h"
+
+namespace device {
+
+DeviceState state;
+
+}  // namespace device

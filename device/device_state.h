@@ -1,0 +1,35 @@
+// What the program knows of the device: one state for the whole run, written only by this folder
+// and by the commands that choose trainings or directories. Resetting it is assigning {}.
+#pragma once
+
+#include <vector>
+
+#include "device/dictionary_record.h"
+#include "device/training_sample.h"
+#include "services/paths.h"
+
+namespace device {
+
+struct DeviceState {
+    // The trainings of the index, by start date unless a list has sorted them otherwise. Empty
+    // before the first load and when every record was dropped.
+    std::vector<DictionaryRecord> dictionary;
+
+    // The samples of the one loaded training; empty when none is loaded.
+    std::vector<TrainingSample> samples;
+
+    // Where the start settings lie and the directory requesters open; empty until the first load of
+    // the settings, then fixed.
+    services::Path programDirectory;
+
+    // The "ergo_bike" directory of the backup copy, with a "/" at its end; empty when none is
+    // chosen.
+    services::Path backupDirectory;
+
+    // True once the user has unlocked renumbering.
+    bool renumberingEnabled = false;
+};
+
+extern DeviceState state;
+
+}  // namespace device

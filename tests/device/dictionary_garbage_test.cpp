@@ -1,0 +1,117 @@
+// Whatever bytes are called "dictionary.2", loading ends in the message or in records.
+
+#include <gtest/gtest.h>
+#include <sys/resource.h>
+
+#include <random>
+
+#include "device/dictionary.h"
+#include "tests/device/card_fixture.h"
+
+namespace {
+
+using device::loadDictionary;
+using device::state;
+using device_tests::writeBytes;
+using device_tests::writeTrainingFile;
+
+using DictionaryGarbage = device_tests::CardTest;
+
+long mostMemoryUsed() {  // KiB, the most since the process began
+    rusage usage{};
+    getrusage(RUSAGE_SELF, &usage);
+    return usage.ru_maxrss;
+}
+
+TEST_F(DictionaryGarbage, FourGibibytesOfZerosNeedNoMemoryAndHideNoRecordBehindThem) {
+    constexpr std::uintmax_t hole = 152ULL * 28'300'000;
+    static_assert(hole > (1ULL << 32U));
+    writeTrainingFile(7);
+    writeBytes("dictionary.2", "");
+    std::error_code error;
+    std::filesystem::resize_file("dictionary.2", hole, error);
+    if (error) GTEST_SKIP() << "no sparse files here: " << error.message();
+    std::ofstream("dictionary.2", std::ios::binary | std::ios::app)
+        << device_tests::indexRecord(7).text(12, "Ende").bytes;
+    const long before = mostMemoryUsed();
+    loadDictionary();
+    ASSERT_EQ(state.dictionary.size(), 1U);
+    EXPECT_EQ(state.dictionary[0].description, "Ende");
+    EXPECT_LT(mostMemoryUsed() - before, 64 * 1024);
+}
+
+TEST_F(DictionaryGarbage, OnlyOnesWithoutATrainingFileDropEveryRecord) {
+    writeBytes("dictionary.2", std::string(1'000'000, '\xFF'));
+    loadDictionary();
+    EXPECT_TRUE(state.dictionary.empty());
+}
+
+// Every record's text would run on to the end of the file: 13,157 texts of 1 MB on average.
+TEST_F(DictionaryGarbage, OnlyOnesWithATrainingFileStayLinear) {
+    constexpr std::size_t length = 2'000'000;
+    writeTrainingFile(0xFFFFFFFFFFFFFFFFU);
+    writeBytes("dictionary.2", std::string(length, '\xFF'));
+    loadDictionary();
+    ASSERT_EQ(state.dictionary.size(), length / 152);
+    EXPECT_EQ(state.dictionary.front().description, std::string(4096, '\xFF'));
+    // The last one ends with the file: a trailing rest behind its 140 own bytes.
+    EXPECT_EQ(state.dictionary.back().description, std::string(140 + length % 152, '\xFF'));
+    state = {};
+}
+
+TEST_F(DictionaryGarbage, ThousandsOfRandomIndicesEndInTheMessageOrInRecords) {
+    std::mt19937_64 random(20131218);
+    for (const std::uint64_t number : {0ULL, 1ULL, 0xFFFFFFFFFFFFFFFFULL})
+        writeTrainingFile(number);
+    std::size_t keptInAll = 0;
+    for (int round = 0; round < 4000; ++round) {
+        SCOPED_TRACE(round);
+        std::string bytes(random() % 1000, '\0');
+        // Few different bytes make texts that run on and zeros that end them; many make noise.
+        const std::uint64_t variety = 1 + random() % 256;
+        for (char& byte : bytes) {
+            byte = static_cast<char>(static_cast<unsigned char>(random() % variety * 255));
+        }
+        // Noise never hits a training file by itself.
+        for (std::size_t start = 0; start + 8 <= bytes.size(); start += 152) {
+            const std::uint64_t choice = random() % 4;
+            if (choice == 0) continue;
+            const char fill = choice == 3 ? '\xFF' : '\0';
+            bytes.replace(start, 8, std::string(8, fill));
+            if (choice == 2) bytes[start] = '\x01';
+        }
+        // A new file each time: some file systems wait for the disk when one is emptied and
+        // refilled.
+        std::filesystem::remove("dictionary.2");
+        writeBytes("dictionary.2", bytes);
+        const std::size_t whole = bytes.size() / 152;
+        if (whole == 0) device_tests::expectUnreadableIndex();
+        loadDictionary();
+        if (whole == 0) {
+            ASSERT_EQ(state.dictionary.size(), 1U);
+            ASSERT_EQ(state.dictionary[0], device::DictionaryRecord{});
+            continue;
+        }
+        ASSERT_LE(state.dictionary.size(), whole);
+        keptInAll += state.dictionary.size();
+        for (std::size_t i = 0; i < state.dictionary.size(); ++i) {
+            const auto& record = state.dictionary[i];
+            ASSERT_EQ(record.fileName.size(), 16U);
+            ASSERT_NE(record.rideTime, 0);
+            ASSERT_LE(record.description.size(), bytes.size());
+            ASSERT_EQ(record.description.find_first_of(std::string_view("\0\r\n", 3)),
+                      std::string::npos);
+            if (i > 0) {
+                ASSERT_LE(state.dictionary[i - 1].startDate, record.startDate);
+            }
+        }
+        // What was read can be written, whatever it is. Not in each round: saving waits for the
+        // disk.
+        if (round % 64 != 0) continue;
+        device::saveDictionary(device::SaveMode::all);
+        ASSERT_GE(device_tests::bytesOf("dictionary.2").size(), 152 * state.dictionary.size());
+    }
+    EXPECT_GT(keptInAll, 1000U);  // the rounds above did reach the records
+}
+
+}  // namespace

@@ -1,0 +1,85 @@
+#include "tools/demo_files.h"
+
+#include <cerrno>
+#include <charconv>
+#include <cstdio>
+#include <cstring>
+#include <filesystem>
+#include <string_view>
+#include <system_error>
+
+#include "services/numbers.h"
+#include "tools/demo_plan.h"
+#include "tools/demo_training.h"
+
+namespace tools {
+
+namespace {
+
+template <typename Number>
+bool parseNumber(std::string_view text, Number& number) {
+    const char* const end = text.data() + text.size();
+    const auto [stopped, error] = std::from_chars(text.data(), end, number);
+    return error == std::errc() && stopped == end;
+}
+
+// Fails when the file exists: a card with real trainings is never written over.
+std::string writeNewFile(const std::filesystem::path& path, std::string_view bytes) {
+    errno = 0;
+    std::FILE* const file = std::fopen(path.c_str(), "wbx");
+    const bool written =
+        file != nullptr && std::fwrite(bytes.data(), 1, bytes.size(), file) == bytes.size();
+    const int writeError = errno;
+    const bool closed = file != nullptr && std::fclose(file) == 0;
+    if (written && closed) return {};
+    return path.string() + ": " + std::strerror(written ? errno : writeError);
+}
+
+}  // namespace
+
+std::optional<DemoOptions> parseDemoOptions(std::span<const char* const> arguments) {
+    DemoOptions options;
+    for (std::size_t i = 0; i < arguments.size(); ++i) {
+        const std::string_view argument = arguments[i];
+        if (argument == "--trainings" || argument == "--seed") {
+            if (++i == arguments.size()) return std::nullopt;
+            const bool understood = argument == "--seed"
+                                        ? parseNumber(arguments[i], options.seed)
+                                        : parseNumber(arguments[i], options.trainings);
+            if (!understood) return std::nullopt;
+        } else if (argument.empty() || argument.starts_with("-") || !options.directory.empty()) {
+            return std::nullopt;
+        } else {
+            options.directory = argument;
+        }
+    }
+    if (options.directory.empty()) return std::nullopt;
+    if (options.trainings < 1 || options.trainings > mostDemoTrainings) return std::nullopt;
+    return options;
+}
+
+std::string writeDemoCard(const DemoOptions& options) {
+    const std::filesystem::path tree =
+        std::filesystem::path(options.directory) / "data" / "result" / "ergo_bike";
+    const std::filesystem::path index = tree / "dictionary.2";
+    std::error_code error;
+    if (std::filesystem::exists(std::filesystem::symlink_status(index, error))) {
+        return index.string() + ": there is an index already, nothing was written";
+    }
+    std::filesystem::create_directories(tree, error);
+    if (error) return tree.string() + ": " + error.message();
+
+    Random random{options.seed};
+    services::Text indexBytes;
+    std::uint64_t number = 0;
+    for (const PlannedTraining& training : planTrainings(options.trainings, random)) {
+        const auto samples = rideTraining(training, random);
+        const services::Text name = services::numberToHexadecimal16(++number);
+        const std::string problem = writeNewFile(tree / name, encodeSamples(samples));
+        if (!problem.empty()) return problem;
+        indexBytes += device::encodeDictionaryRecord(summarize(training, samples, name));
+    }
+    return writeNewFile(index, indexBytes);
+}
+
+}  // namespace tools
