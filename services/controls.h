@@ -1,0 +1,85 @@
+// What stands in windows: buttons, labels, text fields, texts and lists, by number within their
+// window. Boxes are logical pixels in the window's content area. Numbers that name no control are
+// ignored and read as nothing.
+//
+// What the user does arrives as events of kind control: `control` is the number, `data` a
+// ControlAction, `item` the row of a list.
+#pragma once
+
+#include <functional>
+#include <span>
+#include <vector>
+
+#include "services/latin1.h"
+
+namespace services {
+
+enum ControlAction : int {
+    pressed = 0,        // a button
+    edited = 1,         // a text field's text changed, by the user or by setControlText
+    clicked = 2,        // a row of a list (headers and the room beside the rows report nothing)
+    doubleClicked = 3,  // a row of a list
+};
+
+struct Box {
+    int x = 0;
+    int y = 0;
+    int width = 0;
+    int height = 0;
+    bool operator==(const Box&) const = default;
+};
+
+void createButton(int window, int control, const Box& box, TextView text, TextView tooltip = {});
+
+// The caption of the control that is created next; its text is that control's accessible name.
+void createLabel(int window, int control, const Box& box, TextView text);
+
+// One line to edit. The tooltip is its accessible description as well.
+void createTextField(int window, int control, const Box& box, TextView text,
+                     TextView accessibleName, TextView tooltip);
+
+// Several lines to read, select, copy and scroll, in a font of fixed width; not wrapped. CR, LF and
+// CR LF each end a line.
+void createTextView(int window, int control, const Box& box, TextView accessibleName);
+
+struct ListColumn {
+    TextView title;
+    int width = 0;
+    bool rightAligned = false;
+};
+
+// Rows of cells in a font whose digits and blanks are of one width; sorted by nobody but the
+// caller.
+void createList(int window, int control, const Box& box, std::span<const ListColumn> columns,
+                bool severalRows, TextView accessibleName);
+
+// The text of a cell, both counted from 0. Called when the cell comes into view, any number of
+// times; it must stay valid until the list is filled again or its window closed.
+using ListCell = std::function<Text(int row, int column)>;
+
+// Replaces all rows. No row is chosen afterwards; the scroll position stays.
+void fillList(int window, int control, int rows, ListCell cell);
+
+// The chosen (highlighted) rows, ascending.
+std::vector<int> chosenRows(int window, int control);
+
+// The row that the keyboard acts on: the chosen one that was touched last, -1 when none is chosen.
+int highlightedRow(int window, int control);
+
+// Chooses this row alone and brings it into view.
+void highlightRow(int window, int control, int row);
+
+// Moves and resizes a control.
+void placeControl(int window, int control, const Box& box);
+
+// The text of a button, label, text field or text view; empty for others.
+Text controlText(int window, int control);
+void setControlText(int window, int control, TextView text);
+
+// Adds to the end of a text view and scrolls there, at a cost that does not grow with its text.
+void appendControlText(int window, int control, TextView text);
+
+// Gives the control the keyboard; a text field's text becomes selected.
+void focusControl(int window, int control);
+
+}  // namespace services

@@ -1,0 +1,41 @@
+// Renaming, copying, cutting and removing single files without ever losing another one: nothing
+// here replaces an existing file, and removing looks before it touches.
+#pragma once
+
+#include <cstdint>
+#include <vector>
+
+#include "services/paths.h"
+
+namespace services {
+
+// True when the file has its new name. False, with both files as they were, when `to` exists
+// already or the system refuses.
+bool renameFile(PathView from, PathView to);
+
+// A whole copy with the source's modification time, on the disk when this returns true. It is
+// written as `temporary` beside the target and renamed when complete, so that no half copy ever
+// stands under the target's name; after a failure the temporary file is gone. An existing target
+// is never written: one of the same content counts as copied, any other as a failure. Only regular
+// files are copied and no link is followed to the source.
+bool copyFile(PathView source, PathView target, PathView temporary);
+
+// Cuts a regular file to its first `length` bytes and waits for the disk. A shorter file stays as
+// it is. True on success.
+bool cutFile(PathView path, std::int64_t length);
+
+// Removes a regular file; a link, a directory or anything else stays. True on success.
+bool deleteRegularFile(PathView path);
+
+// The names in a directory (which ends with "/") but for "." and "..", in any order; none when it
+// can't be read.
+std::vector<Path> namesInDirectory(PathView directory);
+
+// How renameFile works, from the best way to the last resort: it takes the first one that the file
+// system supports.
+enum class Renaming { done, failed, unsupported };
+Renaming renameExclusively(PathView from, PathView to);    // in one step that refuses to replace
+Renaming renameByLinking(PathView from, PathView to);      // the second name first, then one less
+Renaming renameAfterLooking(PathView from, PathView to);   // for file systems without links
+
+}  // namespace services

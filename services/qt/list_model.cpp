@@ -1,0 +1,60 @@
+#include "services/qt/list_model.h"
+
+#include "services/qt/toolkit_state.h"
+
+namespace services::qt {
+
+ListModel::ListModel(std::span<const ListColumn> listColumns, QObject* parent)
+    : QAbstractTableModel(parent) {
+    for (const ListColumn& column : listColumns) {
+        columns.push_back({toQString(column.title), column.rightAligned});
+    }
+}
+
+void ListModel::fill(int rows, ListCell newCell) {
+    beginResetModel();
+    count = std::max(rows, 0);
+    cell = std::move(newCell);
+    endResetModel();
+}
+
+int ListModel::rowCount(const QModelIndex& parent) const {
+    return parent.isValid() ? 0 : count;
+}
+
+int ListModel::columnCount(const QModelIndex& parent) const {
+    return parent.isValid() ? 0 : static_cast<int>(columns.size());
+}
+
+QVariant ListModel::data(const QModelIndex& index, int role) const {
+    if (!index.isValid() || !cell) return {};
+    const Column& column = columns[static_cast<std::size_t>(index.column())];
+    switch (role) {
+        case Qt::DisplayRole: {
+            // One line whatever the card holds: a line break would push the text out of its row.
+            QString text = toQString(cell(index.row(), index.column()));
+            for (QChar& character : text) {
+                if (character.category() == QChar::Other_Control) character = QLatin1Char(' ');
+            }
+            return text;
+        }
+        case Qt::TextAlignmentRole:
+            return QVariant::fromValue(Qt::AlignVCenter |
+                                       (column.rightAligned ? Qt::AlignRight : Qt::AlignLeft));
+        default:
+            return {};
+    }
+}
+
+QVariant ListModel::headerData(int section, Qt::Orientation orientation, int role) const {
+    if (orientation != Qt::Horizontal || section < 0 || section >= columnCount()) return {};
+    const Column& column = columns[static_cast<std::size_t>(section)];
+    if (role == Qt::DisplayRole) return column.title;
+    if (role == Qt::TextAlignmentRole) {
+        return QVariant::fromValue(Qt::AlignVCenter |
+                                   (column.rightAligned ? Qt::AlignRight : Qt::AlignLeft));
+    }
+    return {};
+}
+
+}  // namespace services::qt

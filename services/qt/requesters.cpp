@@ -1,0 +1,86 @@
+#include "services/requesters.h"
+
+#include <QAbstractButton>
+#include <QColorDialog>
+#include <QFile>
+#include <QFileDialog>
+#include <QFileInfo>
+#include <QMessageBox>
+#include <QPushButton>
+
+#include "services/qt/toolkit_state.h"
+
+namespace services {
+
+namespace {
+
+void prepareBox(QMessageBox& box, TextView title, TextView text) {
+    box.setWindowTitle(qt::toQString(title));
+    box.setTextFormat(Qt::PlainText);
+    box.setText(qt::toQString(text));
+}
+
+Path encode(const QString& name) {
+    const QByteArray bytes = QFile::encodeName(name);
+    return Path(bytes.constData(), static_cast<std::size_t>(bytes.size()));
+}
+
+QString decode(PathView path) {
+    return QFile::decodeName(QByteArray(path.data(), static_cast<qsizetype>(path.size())));
+}
+
+}  // namespace
+
+void showMessage(TextView title, TextView text) {
+    QMessageBox box(qt::requesterOwner());
+    prepareBox(box, title, text);
+    box.setIcon(title == "Info" || title == "Preferences" ? QMessageBox::Information
+                                                          : QMessageBox::Warning);
+    box.addButton(QMessageBox::Ok)->setText(QStringLiteral("OK"));
+    box.exec();
+}
+
+bool askYesNo(TextView title, TextView text) {
+    QMessageBox box(qt::requesterOwner());
+    prepareBox(box, title, text);
+    box.setIcon(QMessageBox::Question);
+    QPushButton* yes = box.addButton(QMessageBox::Yes);
+    QPushButton* no = box.addButton(QMessageBox::No);
+    yes->setText(QStringLiteral("Ja"));
+    no->setText(QStringLiteral("Nein"));
+    box.setDefaultButton(no);
+    box.setEscapeButton(no);
+    return box.exec() == QMessageBox::Yes;
+}
+
+Path chooseDirectory(TextView title, PathView start) {
+    QFileDialog dialog(qt::requesterOwner(), qt::toQString(title), decode(start));
+    dialog.setFileMode(QFileDialog::Directory);
+    dialog.setOption(QFileDialog::ShowDirsOnly);
+    if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty()) return {};
+    const QFileInfo chosen(dialog.selectedFiles().constFirst());
+    QString resolved = chosen.canonicalFilePath();
+    if (resolved.isEmpty()) resolved = chosen.absoluteFilePath();  // it vanished in between
+    if (!resolved.endsWith(QLatin1Char('/'))) resolved += QLatin1Char('/');
+    return encode(resolved);
+}
+
+Path chooseSaveFile(TextView title, PathView directory, TextView name, TextView pattern) {
+    QFileDialog dialog(qt::requesterOwner(), qt::toQString(title), decode(directory));
+    dialog.setAcceptMode(QFileDialog::AcceptSave);
+    dialog.setFileMode(QFileDialog::AnyFile);
+    dialog.setNameFilter(qt::toQString(pattern));
+    dialog.selectFile(qt::toQString(name));
+    if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty()) return {};
+    return encode(dialog.selectedFiles().constFirst());
+}
+
+Colour chooseColour(Colour current) {
+    const QColor chosen =
+        QColorDialog::getColor(QColor(red(current), green(current), blue(current)),
+                               qt::requesterOwner(), QStringLiteral("Farbe"));
+    if (!chosen.isValid()) return current;
+    return rgb(chosen.red(), chosen.green(), chosen.blue());
+}
+
+}  // namespace services

@@ -1,0 +1,97 @@
+// What the adapter owns: the application object, the windows by number, the actions of the menu bar
+// and the queue of events. One state; only this folder sees it.
+#pragma once
+
+#include <QAction>
+#include <QApplication>
+#include <QEventLoop>
+#include <QImage>
+#include <QLabel>
+#include <QMenuBar>
+#include <QShortcut>
+#include <QString>
+#include <QTimer>
+#include <QTranslator>
+#include <QWidget>
+#include <array>
+#include <map>
+#include <memory>
+
+#include "services/events.h"
+#include "services/latin1.h"
+#include "services/menus.h"
+
+namespace services::qt {
+
+// Shows the finished picture of the chart and reports clicks on it.
+class ImageControl : public QWidget {
+  public:
+    ImageControl(int windowNumber, int controlNumber, QWidget* parent);
+    void setImage(QImage picture);
+
+  protected:
+    void paintEvent(QPaintEvent* event) override;
+    void mousePressEvent(QMouseEvent* event) override;
+
+  private:
+    int window;
+    int control;
+    QImage image;
+};
+
+// A window: an optional menu bar above a content area. It never closes or changes by itself, it
+// only reports.
+class ToolkitWindow : public QWidget {
+  public:
+    ToolkitWindow(int windowNumber, QWidget* owner);
+
+    // The window's size follows from that of the content and the menu bar.
+    void resizeContent(int width, int height);
+    void setMenuBar(std::unique_ptr<QMenuBar> bar);
+
+    QWidget* content = nullptr;
+    std::map<int, QWidget*> controls;
+    std::map<int, QTimer*> timers;
+    QLabel* captionOfNext = nullptr;  // a label waiting for the control it names
+
+  protected:
+    bool event(QEvent* happening) override;
+    void closeEvent(QCloseEvent* event) override;
+    void moveEvent(QMoveEvent* event) override;
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+  private:
+    int window;
+    QMenuBar* menuBar = nullptr;
+};
+
+struct ToolkitState {
+    int argumentCount = 1;
+    std::array<char*, 2> arguments = {};
+    std::unique_ptr<QApplication> application;
+    std::unique_ptr<QTranslator> german;
+    std::unique_ptr<QObject> quitFilter;
+    std::map<int, std::unique_ptr<ToolkitWindow>> windows;
+    std::array<QAction*, menuItemLimit> actions = {};
+    EventQueue queue;
+    QEventLoop* waiting = nullptr;  // the loop of waitEvent while it blocks
+};
+
+extern ToolkitState toolkit;
+
+// Queues the event and wakes waitEvent.
+void post(const Event& event);
+
+// Nothing for a number that is not open.
+ToolkitWindow* findWindow(int number);
+
+// The window that a requester belongs to: the active one, or the main window.
+QWidget* requesterOwner();
+
+// Plain text; CR LF and lone CR become line feeds.
+QString toQString(TextView text);
+
+// The same for menu items and buttons, where an ampersand would become a mnemonic.
+QString toPlainLabel(TextView text);
+
+}  // namespace services::qt

@@ -1,0 +1,249 @@
+#include "services/windows.h"
+
+#include <QCloseEvent>
+#include <QCursor>
+#include <QMouseEvent>
+#include <QPainter>
+#include <QScreen>
+#include <QVBoxLayout>
+
+#include "services/qt/toolkit_state.h"
+
+namespace services {
+
+namespace qt {
+
+ImageControl::ImageControl(int windowNumber, int controlNumber, QWidget* parent)
+    : QWidget(parent), window(windowNumber), control(controlNumber) {
+    setAttribute(Qt::WA_OpaquePaintEvent);  // paintEvent covers all of it
+}
+
+void ImageControl::setImage(QImage picture) {
+    image = std::move(picture);
+    update();
+}
+
+void ImageControl::paintEvent(QPaintEvent*) {
+    QPainter painter(this);
+    // Between a change of size and the next drawing the picture is smaller than the control.
+    if (image.isNull() || image.deviceIndependentSize() != QSizeF(size())) {
+        painter.fillRect(rect(), Qt::white);
+    }
+    painter.drawImage(0, 0, image);
+}
+
+void ImageControl::mousePressEvent(QMouseEvent* event) {
+    if (event->button() != Qt::LeftButton && event->button() != Qt::RightButton) return;
+    post({.kind = EventKind::click,
+          .window = window,
+          .control = control,
+          .data = event->button() == Qt::LeftButton ? 0 : 1});
+}
+
+ToolkitWindow::ToolkitWindow(int windowNumber, QWidget* owner)
+    : QWidget(owner, owner == nullptr ? Qt::Window : Qt::Dialog),
+      content(new QWidget(this)),
+      window(windowNumber) {
+    auto* frame = new QVBoxLayout(this);
+    frame->setContentsMargins(0, 0, 0, 0);
+    frame->addWidget(content);
+    content->installEventFilter(this);
+}
+
+void ToolkitWindow::resizeContent(int width, int height) {
+    int barHeight = 0;
+    if (menuBar != nullptr && !menuBar->isNativeMenuBar()) {
+        barHeight = std::max(menuBar->sizeHint().height(), menuBar->heightForWidth(width));
+    }
+    resize(width, height + barHeight);
+}
+
+void ToolkitWindow::setMenuBar(std::unique_ptr<QMenuBar> bar) {
+    const QSize size = content->size();
+    menuBar = bar.release();  // the layout's parent owns it from here
+    layout()->setMenuBar(menuBar);
+    resizeContent(size.width(), size.height());
+    layout()->activate();
+}
+
+bool ToolkitWindow::event(QEvent* happening) {
+    if (happening->type() == QEvent::WindowStateChange) {
+        post({.kind = EventKind::zoom, .window = window});
+    }
+    return QWidget::event(happening);
+}
+
+void ToolkitWindow::closeEvent(QCloseEvent* event) {
+    event->ignore();  // the loop that reads the event decides
+    post({.kind = EventKind::close, .window = window});
+}
+
+void ToolkitWindow::moveEvent(QMoveEvent* event) {
+    QWidget::moveEvent(event);
+    if (isVisible()) post({.kind = EventKind::move, .window = window});
+}
+
+bool ToolkitWindow::eventFilter(QObject* watched, QEvent* event) {
+    const bool newPixelRatio = event->type() == QEvent::ScreenChangeInternal;
+    if (watched == content && (event->type() == QEvent::Resize || newPixelRatio) && isVisible()) {
+        post({.kind = EventKind::resize, .window = window});
+    }
+    return QWidget::eventFilter(watched, event);
+}
+
+}  // namespace qt
+
+int desktopCount() {
+    return static_cast<int>(QGuiApplication::screens().size());
+}
+
+namespace {
+
+QSize desktopSize(int screen) {
+    // The main screen is number 0, whatever order the toolkit lists them in.
+    QList<QScreen*> screens = QGuiApplication::screens();
+    const qsizetype primary = screens.indexOf(QGuiApplication::primaryScreen());
+    if (primary > 0) screens.move(primary, 0);
+    return screen >= 0 && screen < screens.size() ? screens[screen]->geometry().size()
+                                                  : QSize(0, 0);
+}
+
+}  // namespace
+
+int desktopWidth(int screen) {
+    return desktopSize(screen).width();
+}
+int desktopHeight(int screen) {
+    return desktopSize(screen).height();
+}
+
+bool openWindow(const WindowRow& row) {
+    auto window = std::make_unique<qt::ToolkitWindow>(row.number, qt::findWindow(row.owner));
+    window->setWindowTitle(qt::toQString(row.title));
+    window->content->setMinimumSize(row.minimumWidth, row.minimumHeight);
+    window->move(row.x, row.y);
+    window->resizeContent(row.width, row.height);
+    window->layout()->activate();
+    qt::toolkit.windows[row.number] = std::move(window);
+    return true;
+}
+
+void showWindow(int window) {
+    if (qt::ToolkitWindow* found = qt::findWindow(window)) found->show();
+}
+
+void closeWindow(int window) {
+    qt::toolkit.windows.erase(window);
+}
+
+int windowWidth(int window) {
+    const qt::ToolkitWindow* found = qt::findWindow(window);
+    return found == nullptr ? 0 : found->content->width();
+}
+
+int windowHeight(int window) {
+    const qt::ToolkitWindow* found = qt::findWindow(window);
+    return found == nullptr ? 0 : found->content->height();
+}
+
+double windowPixelRatio(int window) {
+    const qt::ToolkitWindow* found = qt::findWindow(window);
+    return found == nullptr ? 1.0 : found->devicePixelRatioF();
+}
+
+void resizeWindow(int window, int width, int height) {
+    if (qt::ToolkitWindow* found = qt::findWindow(window)) found->resizeContent(width, height);
+}
+
+namespace {
+
+QList<QKeySequence> keySequences(int key) {
+    switch (key) {
+        case returnKey:
+            return {Qt::Key_Return, Qt::Key_Enter};
+        case escapeKey:
+            return {Qt::Key_Escape};
+        case upKey:
+            return {Qt::Key_Up};
+        case downKey:
+            return {Qt::Key_Down};
+        default:
+            return {};
+    }
+}
+
+}  // namespace
+
+void keyboardShortcut(int window, int key, int item) {
+    qt::ToolkitWindow* found = qt::findWindow(window);
+    if (found == nullptr) return;
+    auto* shortcut = new QShortcut(found);
+    shortcut->setKeys(keySequences(key));
+    shortcut->setAutoRepeat(key == upKey || key == downKey);
+    QObject::connect(shortcut, &QShortcut::activated, found, [window, item] {
+        qt::post({.kind = EventKind::menu, .window = window, .item = item});
+    });
+}
+
+void createImageControl(int window, int control, TextView accessibleName) {
+    qt::ToolkitWindow* found = qt::findWindow(window);
+    if (found == nullptr) return;
+    auto* image = new qt::ImageControl(window, control, found->content);
+    image->setAccessibleName(qt::toQString(accessibleName));
+    auto* fill = new QVBoxLayout(found->content);
+    fill->setContentsMargins(0, 0, 0, 0);
+    fill->addWidget(image);
+    found->controls[control] = image;
+}
+
+void showImage(int window, int control, const Surface& surface) {
+    qt::ToolkitWindow* found = qt::findWindow(window);
+    if (found == nullptr || !found->controls.contains(control)) return;
+    // A deep copy: the next drawing may be under way while this picture is still on screen.
+    QImage picture(surface.deviceWidth, surface.deviceHeight, QImage::Format_RGB32);
+    for (int y = 0; y < surface.deviceHeight; ++y) {
+        const auto* row =
+            surface.pixels.data() + static_cast<std::ptrdiff_t>(y) * surface.deviceWidth;
+        std::copy_n(row, surface.deviceWidth,
+                    reinterpret_cast<std::uint32_t*>(picture.scanLine(y)));
+    }
+    picture.setDevicePixelRatio(surface.pixelRatio);
+    static_cast<qt::ImageControl*>(found->controls[control])->setImage(std::move(picture));
+}
+
+void describeControl(int window, int control, TextView accessibleDescription) {
+    qt::ToolkitWindow* found = qt::findWindow(window);
+    if (found == nullptr || !found->controls.contains(control)) return;
+    found->controls[control]->setAccessibleDescription(qt::toQString(accessibleDescription));
+}
+
+void letWindowsRepaint() {
+    QCoreApplication::processEvents();
+}
+
+void startWindowTimer(int window, int timer, int milliseconds) {
+    qt::ToolkitWindow* found = qt::findWindow(window);
+    if (found == nullptr) return;
+    QTimer*& entry = found->timers[timer];
+    if (entry == nullptr) {
+        entry = new QTimer(found);
+        entry->setTimerType(Qt::PreciseTimer);
+        QObject::connect(entry, &QTimer::timeout, found, [window, timer] {
+            qt::post({.kind = EventKind::timer, .window = window, .item = timer});
+        });
+    }
+    entry->start(milliseconds);
+}
+
+void stopWindowTimer(int window, int timer) {
+    qt::ToolkitWindow* found = qt::findWindow(window);
+    if (found == nullptr || !found->timers.contains(timer)) return;
+    found->timers[timer]->stop();
+}
+
+int pointerY(int window) {
+    const qt::ToolkitWindow* found = qt::findWindow(window);
+    return found == nullptr ? 0 : found->content->mapFromGlobal(QCursor::pos()).y();
+}
+
+}  // namespace services

@@ -1,0 +1,14 @@
+// The toolkit's beginning and end. Nothing of windows.h, menus.h, requesters.h, text_drawing.h and
+// waitEvent works outside of these two calls.
+#pragma once
+
+namespace services {
+
+// Prepares the toolkit in German whatever the locale. `programName` is the name it was started by.
+// The process ends with the toolkit's own message when there is no display.
+void startToolkit(char* programName);
+
+// Closes every window and frees the toolkit.
+void stopToolkit();
+
+}  // namespace services
