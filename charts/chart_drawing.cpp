@@ -1,0 +1,223 @@
+#include "charts/chart_drawing.h"
+
+#include <algorithm>
+#include <cstddef>
+#include <vector>
+
+#include "charts/chart_frame.h"
+#include "charts/chart_options.h"
+#include "charts/chart_state.h"
+#include "charts/chart_texts.h"
+#include "charts/mark_geometry.h"
+#include "charts/mark_painting.h"
+#include "device/device_state.h"
+#include "services/menus.h"
+#include "services/requesters.h"
+#include "services/text.h"
+#include "services/text_drawing.h"
+
+namespace charts {
+namespace {
+
+using services::operator""_l1;
+
+// What one drawing reads, gathered once.
+struct Drawing {
+    ChartKind kind;
+    ValueRange range;
+    MarkedOptions marks;
+    ChartFrame frame;
+    std::vector<ValueSeries>
+        series;  // by value number - range.first; only marked values are filled
+};
+
+// Room for the marks of one value, used over and over.
+struct MarkRoom {
+    BarMarks bars;
+    std::vector<LineMark> line;
+    PointMarks points;
+};
+
+bool hasMarks(const MarkedOptions& marks, int valueNumber) {
+    return marks.bits[static_cast<std::size_t>(valueNumber)] != 0;
+}
+
+const ValueSeries& seriesOf(const Drawing& drawing, int valueNumber) {
+    return drawing.series[static_cast<std::size_t>(valueNumber - drawing.range.first)];
+}
+
+services::Colour colourOf(int valueNumber) {
+    return state.colours[static_cast<std::size_t>(valueNumber)];
+}
+
+Drawing gatherDrawing(ChartKind kind, const services::Surface& surface) {
+    Drawing drawing;
+    drawing.kind = kind;
+    drawing.range = valueRange(kind);
+    drawing.marks = readMarkedOptions();
+    drawing.frame = chartFrame(surface.width, surface.height);
+    drawing.series.resize(static_cast<std::size_t>(drawing.range.end - drawing.range.first));
+    for (int value = drawing.range.first; value < drawing.range.end; ++value) {
+        if (!hasMarks(drawing.marks, value)) continue;
+        computeSeries(kind, value,
+                      drawing.series[static_cast<std::size_t>(value - drawing.range.first)]);
+    }
+    return drawing;
+}
+
+void draw(services::Surface& surface, const PlacedText& text) {
+    services::drawText(surface, text.x, text.y, text.text, text.colour);
+}
+
+void drawCloud(services::Surface& surface, const Drawing& drawing, int valueNumber, MarkRoom& room,
+               CloudTextPlace& place) {
+    const ValueSeries& series = seriesOf(drawing, valueNumber);
+    ++place.count;
+    if (!series.hasData) return;
+    computeCloud(drawing.frame, series, room.points);
+    paintCircles(surface, room.points, colourOf(valueNumber));
+    draw(surface, cloudText(drawing.frame, valueNumber, series, colourOf(valueNumber), place));
+}
+
+void drawMean(services::Surface& surface, const Drawing& drawing, int valueNumber) {
+    const ValueSeries& series = seriesOf(drawing, valueNumber);
+    const auto mark = computeMean(drawing.frame, series);
+    if (!mark) return;
+    paintMean(surface, drawing.frame, *mark, colourOf(valueNumber));
+    draw(surface, meanText(drawing.frame, valueNumber, series, *mark, colourOf(valueNumber)));
+}
+
+void drawTrend(services::Surface& surface, const Drawing& drawing, int valueNumber) {
+    const auto mark = computeTrend(drawing.frame, seriesOf(drawing, valueNumber));
+    if (!mark) return;
+    paintTrend(surface, *mark);
+    draw(surface, trendText(drawing.frame, *mark, colourOf(valueNumber)));
+}
+
+void drawOption(services::Surface& surface, const Drawing& drawing, int valueNumber, Option option,
+                MarkRoom& room, CloudTextPlace& place) {
+    const ChartFrame& frame = drawing.frame;
+    const ValueSeries& series = seriesOf(drawing, valueNumber);
+    const services::Colour colour = colourOf(valueNumber);
+    switch (option) {
+        case Option::bars:
+            computeBars(frame, series, room.bars);
+            paintBars(surface, room.bars, colour);
+            break;
+        case Option::line:
+            computeLine(frame, series, room.line);
+            paintLine(surface, room.line, colour);
+            break;
+        case Option::circles:
+            computeCircles(frame, series, room.points);
+            paintCircles(surface, room.points, colour);
+            break;
+        case Option::squares:
+            computeSquares(frame, series, room.points);
+            paintSquares(surface, room.points, colour);
+            break;
+        case Option::cloud:
+            drawCloud(surface, drawing, valueNumber, room, place);
+            break;
+        case Option::mean:
+            drawMean(surface, drawing, valueNumber);
+            break;
+        case Option::trend:
+            drawTrend(surface, drawing, valueNumber);
+            break;
+        case Option::limits:
+        case Option::colour:
+            break;
+    }
+}
+
+// Bars first, so that they lie behind the marks of every other value.
+void drawMarks(services::Surface& surface, const Drawing& drawing) {
+    MarkRoom room;
+    CloudTextPlace place;
+    const auto drawOptions = [&](int first, int last) {
+        for (int value = drawing.range.first; value < drawing.range.end; ++value) {
+            for (int number = first; number <= last; ++number) {
+                const auto option = static_cast<Option>(number);
+                if (!drawing.marks.has(value, option)) continue;
+                drawOption(surface, drawing, value, option, room, place);
+            }
+        }
+    };
+    drawOptions(firstMarkOption, firstMarkOption);
+    drawOptions(firstMarkOption + 1, lastMarkOption);
+}
+
+void drawBottomLine(services::Surface& surface, const Drawing& drawing, const ValueSeries& series) {
+    if (drawing.kind == ChartKind::overview) {
+        for (const PlacedText& text : overviewBottomLine(drawing.frame, series))
+            draw(surface, text);
+        return;
+    }
+    // The opened training is the selected one of the index.
+    const auto& records = device::state.dictionary;
+    const auto opened = std::find_if(records.begin(), records.end(),
+                                     [](const auto& record) { return record.selected != 0; });
+    if (opened == records.end()) return;
+    for (const PlacedText& text : trainingBottomLine(drawing.frame, *opened))
+        draw(surface, text);
+}
+
+void reportNoData(int valueNumber, Option option) {
+    const auto texts = valueTexts(valueNumber);
+    services::showMessage("Fehler"_l1,
+                          services::concatenate("Das Menü '"_l1, texts ? texts->label : ""_l1,
+                                                "' enthält keine Daten!"_l1));
+    services::setItemMark(optionItem(valueNumber, option), false);
+}
+
+void drawTexts(services::Surface& surface, const Drawing& drawing) {
+    ItemTextPlace place;
+    for (int value = drawing.range.first; value < drawing.range.end; ++value) {
+        for (int number = firstMarkOption; number <= lastMarkOption; ++number) {
+            const auto option = static_cast<Option>(number);
+            if (!drawing.marks.has(value, option)) continue;
+            const ValueSeries& series = seriesOf(drawing, value);
+            const bool isFirst = place.count == 0;
+            for (const PlacedText& text :
+                 itemTexts(drawing.frame, value, series, colourOf(value), place)) {
+                draw(surface, text);
+            }
+            // The line below the plot is the same for every item; drawn over itself its letters
+            // would thicken.
+            if (series.hasData && isFirst) drawBottomLine(surface, drawing, series);
+            if (!series.hasData) reportNoData(value, option);
+        }
+    }
+}
+
+}  // namespace
+
+void computeSeries(ChartKind kind, int valueNumber, ValueSeries& series) {
+    if (valueNumber < 0 || valueNumber >= valueNumberLimit) {
+        series = {};
+        return;
+    }
+    const Limits& limits = state.limits[static_cast<std::size_t>(valueNumber)];
+    if (kind == ChartKind::overview) {
+        computeOverviewSeries(valueNumber, device::state.dictionary, limits, series);
+    } else {
+        computeTrainingSeries(valueNumber, device::state.samples, limits, series);
+    }
+}
+
+bool drawChart(ChartKind kind, services::Surface& surface) {
+    const std::size_t available = kind == ChartKind::overview ? device::state.dictionary.size()
+                                                              : device::state.samples.size();
+    if (available < 2) return false;
+
+    const Drawing drawing = gatherDrawing(kind, surface);
+    services::fillSurface(surface, services::white);
+    paintGrid(surface, gridRules(drawing.frame, gridKind(drawing.marks)));
+    drawMarks(surface, drawing);
+    drawTexts(surface, drawing);
+    paintFrame(surface, drawing.frame);
+    return true;
+}
+
+}  // namespace charts

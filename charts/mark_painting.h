@@ -1,0 +1,31 @@
+// Paints the marks that mark_geometry.h has placed, and the frame and grid around them.
+#pragma once
+
+#include <span>
+#include <vector>
+
+#include "charts/chart_frame.h"
+#include "charts/mark_geometry.h"
+#include "services/colours.h"
+#include "services/raster.h"
+
+namespace charts {
+
+inline constexpr services::Colour gridColour = services::rgb(200, 200, 200);
+inline constexpr services::Colour trendColour = services::rgb(255, 0, 0);
+
+void paintGrid(services::Surface& surface, std::span<const GridRule> rules);
+void paintBars(services::Surface& surface, const BarMarks& marks, services::Colour colour);
+void paintLine(services::Surface& surface, std::span<const LineMark> marks,
+               services::Colour colour);
+
+// Circles and point clouds.
+void paintCircles(services::Surface& surface, const PointMarks& marks, services::Colour colour);
+
+void paintSquares(services::Surface& surface, const PointMarks& marks, services::Colour colour);
+void paintMean(services::Surface& surface, const ChartFrame& frame, const MeanMark& mark,
+               services::Colour colour);
+void paintTrend(services::Surface& surface, const TrendMark& mark);
+void paintFrame(services::Surface& surface, const ChartFrame& frame);
+
+}  // namespace charts
