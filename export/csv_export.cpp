@@ -1,0 +1,70 @@
+#include "export/csv_export.h"
+
+#include <algorithm>
+
+#include "device/device_state.h"
+#include "export/csv_text.h"
+#include "export/default_name.h"
+#include "export/export_state.h"
+#include "services/numbered_files.h"
+#include "services/requesters.h"
+#include "services/text.h"
+
+namespace exporting {
+
+using services::operator""_l1;
+
+namespace {
+
+constexpr int csvFile = 0;
+
+// Misspelt once and kept: it is the name that users know.
+constexpr services::TextView indexName = "Dicitonary.csv";
+
+// Empty when no training is selected.
+services::Text nameForLoadedTraining() {
+    const auto training = std::ranges::find_if(
+        device::state.dictionary,
+        [](const device::DictionaryRecord& record) { return record.selected != 0; });
+    return training == device::state.dictionary.end() ? services::Text()
+                                                      : defaultTrainingName(*training);
+}
+
+// `build` gives the file's text and is called once the file is open.
+template <typename Build>
+void saveAs(services::Path& lastDirectory, services::TextView defaultName, const Build& build) {
+    const services::Path chosen = services::chooseSaveFile("Name und Ort der CSV-Datei wählen"_l1,
+                                                           lastDirectory, defaultName, "*.csv");
+    // Up to and with the last "/"; nothing of a path without one, and of a cancelled requester's
+    // empty path.
+    const std::size_t nameStart = chosen.rfind('/') + 1;
+    lastDirectory = chosen.substr(0, nameStart);
+    if (nameStart == chosen.size()) return;
+
+    const services::Text shown = services::pathToText(chosen);
+    if (!services::openFile(csvFile, chosen)) {
+        services::showMessage(
+            "Dateifehler"_l1,
+            services::concatenate("Die Datei '"_l1, shown, "' konnte nicht geöffnet!"_l1));
+        return;
+    }
+    services::writeText(csvFile, build());
+    services::closeFile(csvFile);
+    services::showMessage(
+        "Info"_l1, services::concatenate("Die Datei '"_l1, shown, "' wurde gespeichert!"_l1));
+}
+
+}  // namespace
+
+void exportIndex() {
+    if (device::state.dictionary.size() == 1) return;
+    saveAs(state.indexDirectory, indexName, [] { return indexCsv(device::state.dictionary); });
+}
+
+void exportTraining() {
+    if (device::state.samples.size() <= 1) return;
+    saveAs(state.trainingDirectory, nameForLoadedTraining(),
+           [] { return trainingCsv(device::state.samples); });
+}
+
+}  // namespace exporting

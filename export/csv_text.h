@@ -1,0 +1,18 @@
+// The CSV files: Latin-1 text, fields joined by ";", every line (the header too) ended by CR LF.
+#pragma once
+
+#include <span>
+
+#include "device/dictionary_record.h"
+#include "device/training_sample.h"
+#include "services/latin1.h"
+
+namespace exporting {
+
+// The header and one line of 21 fields for each selected record, in their order.
+services::Text indexCsv(std::span<const device::DictionaryRecord> records);
+
+// The header and one line of 20 fields for each sample.
+services::Text trainingCsv(std::span<const device::TrainingSample> samples);
+
+}  // namespace exporting

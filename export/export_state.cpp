@@ -1,0 +1,7 @@
+#include "export/export_state.h"
+
+namespace exporting {
+
+ExportState state;
+
+}  // namespace exporting
