@@ -46,10 +46,13 @@ struct ListColumn {
     TextView title;
     int width = 0;
     bool rightAligned = false;
+    // The column becomes wide enough to show this whole, whatever the font. A column without a
+    // sample gives way, to half its width at most, where the list is too narrow for all, and takes
+    // what is left where it is wider.
+    TextView sample = {};
 };
 
-// Rows of cells in a font whose digits and blanks are of one width; sorted by nobody but the
-// caller.
+// Rows of cells in a font whose digits are all of one width; sorted by nobody but the caller.
 void createList(int window, int control, const Box& box, std::span<const ListColumn> columns,
                 bool severalRows, TextView accessibleName);
 

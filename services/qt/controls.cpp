@@ -10,6 +10,7 @@
 #include <QTreeView>
 
 #include "services/qt/list_model.h"
+#include "services/qt/list_view.h"
 #include "services/qt/toolkit_state.h"
 
 namespace services {
@@ -51,6 +52,19 @@ void postAction(int window, int control, ControlAction action, int row = 0) {
 
 qt::ListModel* modelOf(const QTreeView& view) {
     return static_cast<qt::ListModel*>(view.model());
+}
+
+// The user interface's font where its figures line up, else the fixed one.
+QFont figuresFont() {
+    const QFont font = QGuiApplication::font();
+    const QFontMetrics metrics(font);
+    for (char digit = '1'; digit <= '9'; ++digit) {
+        if (metrics.horizontalAdvance(QLatin1Char(digit)) !=
+            metrics.horizontalAdvance(QLatin1Char('0'))) {
+            return QFontDatabase::systemFont(QFontDatabase::FixedFont);
+        }
+    }
+    return font;
 }
 
 Text toText(const QString& string) {
@@ -111,7 +125,7 @@ void createList(int window, int control, const Box& box, std::span<const ListCol
                 bool severalRows, TextView accessibleName) {
     qt::ToolkitWindow* found = qt::findWindow(window);
     if (found == nullptr) return;
-    auto* view = addControl<QTreeView>(*found, control, box);
+    auto* view = addControl<qt::ListView>(*found, control, box);
     view->setModel(new qt::ListModel(columns, view));
     view->setRootIsDecorated(false);
     view->setItemsExpandable(false);
@@ -121,15 +135,13 @@ void createList(int window, int control, const Box& box, std::span<const ListCol
     view->setEditTriggers(QAbstractItemView::NoEditTriggers);
     view->setSelectionMode(severalRows ? QAbstractItemView::ExtendedSelection
                                        : QAbstractItemView::SingleSelection);
-    view->setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
+    view->setFont(figuresFont());
     view->setTabKeyNavigation(false);
     view->setAccessibleName(qt::toQString(accessibleName));
     view->header()->setFont(QGuiApplication::font());
     view->header()->setSectionsMovable(false);
     view->header()->setSectionsClickable(false);
-    for (int i = 0; i < static_cast<int>(columns.size()); ++i) {
-        view->header()->resizeSection(i, columns[static_cast<std::size_t>(i)].width);
-    }
+    view->layOutColumns(columns);
     QObject::connect(view, &QTreeView::clicked, view, [window, control](const QModelIndex& index) {
         postAction(window, control, clicked, index.row());
     });

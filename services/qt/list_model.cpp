@@ -4,6 +4,19 @@
 
 namespace services::qt {
 
+namespace {
+
+// One line whatever the card holds: a line break would push the text out of its row.
+QString plainLine(const Text& text) {
+    QString line = toQString(text);
+    for (QChar& character : line) {
+        if (character.category() == QChar::Other_Control) character = QLatin1Char(' ');
+    }
+    return line;
+}
+
+}  // namespace
+
 ListModel::ListModel(std::span<const ListColumn> listColumns, QObject* parent)
     : QAbstractTableModel(parent) {
     for (const ListColumn& column : listColumns) {
@@ -30,14 +43,13 @@ QVariant ListModel::data(const QModelIndex& index, int role) const {
     if (!index.isValid() || !cell) return {};
     const Column& column = columns[static_cast<std::size_t>(index.column())];
     switch (role) {
-        case Qt::DisplayRole: {
-            // One line whatever the card holds: a line break would push the text out of its row.
-            QString text = toQString(cell(index.row(), index.column()));
-            for (QChar& character : text) {
-                if (character.category() == QChar::Other_Control) character = QLatin1Char(' ');
-            }
-            return text;
-        }
+        case Qt::DisplayRole:
+            return plainLine(cell(index.row(), index.column()));
+        case Qt::ToolTipRole:
+            // The whole of a text that its column cuts; tooltips would take markup in it for their
+            // own.
+            return QStringLiteral("<p>%1</p>")
+                .arg(plainLine(cell(index.row(), index.column())).toHtmlEscaped());
         case Qt::TextAlignmentRole:
             return QVariant::fromValue(Qt::AlignVCenter |
                                        (column.rightAligned ? Qt::AlignRight : Qt::AlignLeft));

@@ -157,7 +157,14 @@ void showWindow(int window) {
 }
 
 void closeWindow(int window) {
-    world.windows.erase(window);
+    const auto found = world.windows.find(window);
+    if (found == world.windows.end()) return;
+    world.closedWindows[window] = found->second;
+    world.windows.erase(found);
+}
+
+void letWindowsRepaint() {
+    ++world.repaints;
 }
 
 int windowWidth(int window) {

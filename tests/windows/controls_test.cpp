@@ -39,7 +39,7 @@ class Controls : public WindowTest {
     }
 
     QTreeView* openList(int rows, bool severalRows = true) {
-        const services::ListColumn columns[] = {{"Datum", 120, false}, {"km", 60, true}};
+        const services::ListColumn columns[] = {{"Datum", 120, false, "0"}, {"km", 60, true, "0"}};
         services::createList(services::mainWindow, control, {0, 0, 640, 200}, columns, severalRows,
                              "Trainings");
         fill(rows);
@@ -160,6 +160,33 @@ TEST_F(Controls, AListShowsItsCellsOnDemand) {
     EXPECT_EQ(120, view->header()->sectionSize(0));
     EXPECT_TRUE(view->model()->index(0, 1).data(Qt::TextAlignmentRole).toInt() & Qt::AlignRight);
     EXPECT_EQ(QStringLiteral("Trainings"), view->accessibleName());
+}
+
+TEST_F(Controls, AColumnIsNeverNarrowerThanItsSampleAndTitle) {
+    const services::ListColumn columns[] = {{"Ein langer Titel", 10, false, "0"},
+                                            {"km", 10, true, "00000000000000000000"}};
+    services::createList(services::mainWindow, control, {0, 0, 640, 200}, columns, true, "T");
+    const QTreeView* view = only<QTreeView>();
+    const QFontMetrics metrics(view->font());
+    EXPECT_GT(view->header()->sectionSize(0), metrics.horizontalAdvance("Ein langer Titel"));
+    EXPECT_GT(view->header()->sectionSize(1), metrics.horizontalAdvance("00000000000000000000"));
+}
+
+TEST_F(Controls, AColumnWithoutASampleGivesWayAndTakesWhatIsLeft) {
+    const services::ListColumn columns[] = {
+        {"Datum", 200, false, "0"}, {"Training", 300, false}, {"Name", 200, false, "0"}};
+    services::createList(services::mainWindow, control, {0, 0, 600, 200}, columns, true, "T");
+    show();
+    const QTreeView* view = only<QTreeView>();
+    EXPECT_EQ(view->viewport()->width(), view->header()->length());
+    EXPECT_LT(view->header()->sectionSize(1), 300);
+    services::placeControl(services::mainWindow, control, {0, 0, 900, 200});
+    takeWaitingEvents();
+    EXPECT_EQ(view->viewport()->width(), view->header()->length());
+    services::placeControl(services::mainWindow, control, {0, 0, 300, 200});
+    takeWaitingEvents();
+    EXPECT_EQ(150, view->header()->sectionSize(1));
+    EXPECT_EQ(200, view->header()->sectionSize(2));
 }
 
 TEST_F(Controls, AListHasNoChosenRowUntilOneIsClicked) {

@@ -1,0 +1,46 @@
+#include "files/backup_plan.h"
+
+#include <string_view>
+#include <unordered_set>
+
+#include "files/training_names.h"
+#include "services/text.h"
+
+namespace files {
+namespace {
+
+// Long enough to be nobody else's: files with this ending are removed.
+constexpr services::PathView unfinishedEnding = ".kurbelbuch-kopie";
+
+}  // namespace
+
+std::int64_t namesInIndex(std::int64_t length) {
+    if (length == 0) return 1;
+    return length / static_cast<std::int64_t>(device::dictionaryRecordSize);
+}
+
+std::vector<bool> missingInBackup(std::span<const device::DictionaryRecord> records,
+                                  const std::vector<services::Text>& backupNames) {
+    const std::unordered_set<std::string_view> present(backupNames.begin(), backupNames.end());
+    std::vector<bool> missing;
+    missing.reserve(records.size());
+    for (const device::DictionaryRecord& record : records)
+        missing.push_back(!present.contains(record.fileName));
+    return missing;
+}
+
+services::Text backupLine(BackupMark mark, const device::DictionaryRecord& record) {
+    return services::concatenate(static_cast<char>(mark), ' ', record.fileName, ' ',
+                                 record.description);
+}
+
+services::Path unfinishedName(services::PathView trainingName) {
+    return services::concatenate(trainingName, unfinishedEnding);
+}
+
+bool isUnfinishedName(services::PathView name) {
+    return name.ends_with(unfinishedEnding) &&
+           isTrainingName(name.substr(0, name.size() - unfinishedEnding.size()));
+}
+
+}  // namespace files

@@ -1,0 +1,35 @@
+// What a backup copy does with each training.
+#pragma once
+
+#include <cstdint>
+#include <span>
+#include <vector>
+
+#include "device/dictionary_record.h"
+#include "services/latin1.h"
+#include "services/paths.h"
+
+namespace files {
+
+// How many names are read from a backup index of `length` bytes. An empty one yields one name all
+// the same, which is then read past its end as number 0.
+std::int64_t namesInIndex(std::int64_t length);
+
+// For each record whether the backup lacks it, by exact comparison with the names of its index. A
+// name that stands twice among the records is missing twice.
+std::vector<bool> missingInBackup(std::span<const device::DictionaryRecord> records,
+                                  const std::vector<services::Text>& backupNames);
+
+// What became of a training, as the report marks it.
+enum class BackupMark : char { present = '*', copied = '+', failed = '-' };
+
+// The training's line of the report, without its end.
+services::Text backupLine(BackupMark mark, const device::DictionaryRecord& record);
+
+// The name under which a training file is written until its copy is complete: no training's.
+services::Path unfinishedName(services::PathView trainingName);
+
+// True for a name that unfinishedName makes: what an interrupted backup left behind.
+bool isUnfinishedName(services::PathView name);
+
+}  // namespace files

@@ -1,0 +1,12 @@
+// The names of training files: 16 hexadecimal digits.
+#pragma once
+
+#include "services/latin1.h"
+
+namespace files {
+
+// Digits of either case: the device may write upper case. Such a name can be no path and needs no
+// conversion to become one.
+bool isTrainingName(services::TextView name);
+
+}  // namespace files

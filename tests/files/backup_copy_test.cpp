@@ -1,0 +1,374 @@
+#include "files/backup_copy.h"
+
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <chrono>
+#include <csignal>
+#include <filesystem>
+#include <string>
+#include <vector>
+
+#include "files/report_window.h"
+#include "services/directories.h"
+#include "services/numbered_files.h"
+#include "tests/files/file_size_limit.h"
+#include "tests/files/files_test.h"
+
+namespace {
+
+namespace fs = std::filesystem;
+using namespace files_tests;
+using services::operator""_l1;
+using stand_ins::world;
+using Numbers = std::vector<std::uint64_t>;
+
+constexpr const char* legend =
+    "* = Die Datei ist bereits vorhanden.\r"
+    "+ = Die Datei wurde kopiert.\r"
+    "- = Die Datei konnte nicht kopiert werden.\r";
+
+class BackupCopy : public FilesTest {
+  protected:
+    void SetUp() override {
+        FilesTest::SetUp();
+        backup = directory / "stick" / "data" / "result" / "ergo_bike";
+        fs::create_directories(backup);
+        device::state.backupDirectory = backup.string() + "/";
+        world.beforeEvent = [this](int) {
+            const auto found = world.windows.find(services::reportWindow);
+            if (found != world.windows.end()) report = found->second;
+        };
+    }
+
+    void copy() {
+        files::copyToBackup(700, [this] { ++tableChanges; });
+    }
+
+    // Copies and closes the report.
+    void copyAndClose() {
+        world.events.push_back(closeEvent(services::reportWindow));
+        copy();
+    }
+
+    // The report without its legend.
+    std::string lines() {
+        const std::string text = report.controls[files::reportText].text;
+        EXPECT_EQ(text.substr(0, std::string(legend).size()), legend);
+        return text.substr(std::min(text.size(), std::string(legend).size()));
+    }
+
+    static std::string line(char mark, std::uint64_t number) {
+        return std::string(1, mark) + " " + nameOf(number) + " Training " + std::to_string(number) +
+               "\r";
+    }
+
+    // An index of the backup that names these trainings, and nothing else.
+    void useBackupIndex(const std::vector<device::DictionaryRecord>& records,
+                        const std::string& strayBytes = "") {
+        std::string bytes;
+        for (const auto& record : records)
+            bytes += device::encodeDictionaryRecord(record);
+        writeBytes(backup / "dictionary.2", bytes + strayBytes);
+    }
+
+    fs::path backup;
+    stand_ins::WindowRecord report;  // as it was before the last event
+    int tableChanges = 0;
+};
+
+TEST_F(BackupCopy, CopiesWhatTheBackupLacksAndAppendsItsRecords) {
+    useCard({recordOf(1, 1), recordOf(2, 2), recordOf(3, 3)});
+    useBackupIndex({recordOf(2, 2)});
+    const auto time = fs::file_time_type::clock::now() - std::chrono::hours(50'000);
+    fs::last_write_time(nameOf(3), time);
+    copyAndClose();
+    EXPECT_EQ(lines(), line('+', 1) + line('*', 2) + line('+', 3));
+    EXPECT_EQ(namesIn(backup), (std::set<std::string>{"dictionary.2", nameOf(1), nameOf(3)}));
+    EXPECT_EQ(bytesOf(backup / nameOf(1)), contentOf(nameOf(1)));
+    EXPECT_EQ(fs::last_write_time(backup / nameOf(3)), fs::last_write_time(nameOf(3)));
+    EXPECT_EQ(bytesOf(backup / "dictionary.2"), device::encodeDictionaryRecord(recordOf(2, 2)) +
+                                                    device::encodeDictionaryRecord(recordOf(1, 1)) +
+                                                    device::encodeDictionaryRecord(recordOf(3, 3)));
+    EXPECT_EQ(tableChanges, 1);
+}
+
+TEST_F(BackupCopy, ACompleteBackupIsLeftAsItIs) {
+    useCard({recordOf(1, 1), recordOf(2, 2)});
+    useBackupIndex({recordOf(2, 2), recordOf(7, 3), recordOf(1, 1)});
+    const std::string index = bytesOf(backup / "dictionary.2");
+    copyAndClose();
+    EXPECT_EQ(lines(), line('*', 1) + line('*', 2));
+    EXPECT_EQ(namesIn(backup), std::set<std::string>{"dictionary.2"});
+    EXPECT_EQ(bytesOf(backup / "dictionary.2"), index);
+}
+
+TEST_F(BackupCopy, CopyingTwiceCopiesOnce) {
+    useCard({recordOf(1, 1), recordOf(2, 2)});
+    copyAndClose();
+    EXPECT_EQ(lines(), line('+', 1) + line('+', 2));
+    const std::string index = bytesOf(backup / "dictionary.2");
+    copyAndClose();
+    EXPECT_EQ(lines(), line('*', 1) + line('*', 2));
+    EXPECT_EQ(bytesOf(backup / "dictionary.2"), index);
+}
+
+TEST_F(BackupCopy, StrayBytesAtTheEndOfTheBackupIndexStayAndRecordsFollowThem) {
+    useCard({recordOf(1, 1), recordOf(2, 2), recordOf(3, 3), recordOf(4, 4)});
+    useBackupIndex({recordOf(1, 1), recordOf(2, 2), recordOf(3, 3)}, "0123456789");
+    const std::string before = bytesOf(backup / "dictionary.2");
+    ASSERT_EQ(before.size(), 152U * 3 + 10);
+    copyAndClose();
+    EXPECT_EQ(lines(), line('*', 1) + line('*', 2) + line('*', 3) + line('+', 4));
+    EXPECT_EQ(bytesOf(backup / "dictionary.2"),
+              before + device::encodeDictionaryRecord(recordOf(4, 4)));
+}
+
+TEST_F(BackupCopy, AMissingBackupIndexIsMadeAndNamesNumberZero) {
+    useCard({recordOf(0, 1), recordOf(1, 2)});
+    ASSERT_FALSE(fs::exists(backup / "dictionary.2"));
+    copyAndClose();
+    EXPECT_EQ(lines(), line('*', 0) + line('+', 1));
+    EXPECT_EQ(numbersInIndex(backup / "dictionary.2"), Numbers{1});
+}
+
+TEST_F(BackupCopy, ATrainingThatStandsTwiceIsCopiedAndAppendedTwice) {
+    useCard({recordOf(1, 1), recordOf(1, 2)});
+    copyAndClose();
+    EXPECT_EQ(lines(), line('+', 1) + line('+', 1));
+    EXPECT_EQ(numbersInIndex(backup / "dictionary.2"), (Numbers{1, 1}));
+}
+
+TEST_F(BackupCopy, AFileOfTheSameContentCountsAsCopiedAndOneOfOtherContentIsLeftAlone) {
+    useCard({recordOf(1, 1), recordOf(2, 2)});
+    writeBytes(backup / nameOf(1), contentOf(nameOf(1)));
+    writeBytes(backup / nameOf(2), "older");
+    copyAndClose();
+    EXPECT_EQ(lines(), line('+', 1) + line('-', 2));
+    EXPECT_EQ(bytesOf(backup / nameOf(2)), "older");
+    EXPECT_EQ(numbersInIndex(backup / "dictionary.2"), Numbers{1});
+}
+
+TEST_F(BackupCopy, ATrainingFileThatIsALinkIsNotCopied) {
+    useCard({recordOf(1, 1), recordOf(2, 2)});
+    fs::rename(nameOf(1), "../elsewhere");
+    fs::create_symlink("../elsewhere", nameOf(1));
+    copyAndClose();
+    EXPECT_EQ(lines(), line('-', 1) + line('+', 2));
+    EXPECT_EQ(namesIn(backup), (std::set<std::string>{"dictionary.2", nameOf(2)}));
+}
+
+TEST_F(BackupCopy, AFullDiskIsReportedAndWhatWasCopiedStaysUsable) {
+    useCard({recordOf(1, 1), recordOf(2, 2), recordOf(3, 3)});
+    writeBytes(nameOf(2), std::string(5000, 'x'));
+    world.events.push_back(closeEvent(services::reportWindow));
+    {
+        const FileSizeLimit full(4000);
+        copy();
+    }
+    EXPECT_EQ(lines(), line('+', 1) + line('-', 2) + line('+', 3));
+    EXPECT_EQ(namesIn(backup), (std::set<std::string>{"dictionary.2", nameOf(1), nameOf(3)}));
+    EXPECT_EQ(numbersInIndex(backup / "dictionary.2"), (Numbers{1, 3}));
+}
+
+TEST_F(BackupCopy, ARecordThatCanNotBeAppendedWholeIsTakenBack) {
+    useCard({recordOf(1, 1), recordOf(2, 2), recordOf(3, 3)});
+    useBackupIndex({recordOf(1, 1)});
+    const std::string before = bytesOf(backup / "dictionary.2");
+    world.events.push_back(closeEvent(services::reportWindow));
+    {
+        const FileSizeLimit full(152 + 100);
+        copy();
+    }
+    EXPECT_EQ(lines(), line('*', 1) + line('-', 2) + line('-', 3));
+    EXPECT_EQ(bytesOf(backup / "dictionary.2"), before);
+
+    // With room again the copies that are there already are taken over.
+    copyAndClose();
+    EXPECT_EQ(lines(), line('*', 1) + line('+', 2) + line('+', 3));
+    EXPECT_EQ(numbersInIndex(backup / "dictionary.2"), (Numbers{1, 2, 3}));
+}
+
+TEST_F(BackupCopy, ASourceThatVanishedSinceTheIndexWasReadIsReported) {
+    useCard({recordOf(1, 1), recordOf(2, 2)});
+    fs::remove(nameOf(1));
+    ASSERT_TRUE(services::openFile(5, (backup / "dictionary.2").string()));
+    EXPECT_EQ(files::copyTraining(0, 5, device::state.backupDirectory), files::BackupMark::failed);
+    EXPECT_EQ(services::lengthOfFile(5), 0);
+    EXPECT_EQ(files::copyTraining(1, 5, device::state.backupDirectory), files::BackupMark::copied);
+    services::closeFile(5);
+    EXPECT_EQ(namesIn(backup), (std::set<std::string>{"dictionary.2", nameOf(2)}));
+    EXPECT_EQ(numbersInIndex(backup / "dictionary.2"), Numbers{2});
+}
+
+TEST_F(BackupCopy, ABackupIndexThatCanNotBeWrittenIsReported) {
+    useCard({recordOf(1, 1)});
+    ASSERT_TRUE(services::openFile(5, (backup / "dictionary.2").string()));
+    services::closeFile(5);
+    EXPECT_EQ(files::copyTraining(0, 5, device::state.backupDirectory), files::BackupMark::failed);
+    EXPECT_EQ(fs::file_size(backup / "dictionary.2"), 0U);
+}
+
+TEST_F(BackupCopy, LeftoversOfAnInterruptedCopyAreRemovedAndNothingElse) {
+    useCard({recordOf(1, 1)});
+    writeBytes(backup / files::unfinishedName(nameOf(1)), "half");
+    writeBytes(backup / files::unfinishedName(nameOf(99)), "half");
+    writeBytes(backup / files::unfinishedName("notes"), "precious");
+    writeBytes(backup / nameOf(98), "precious");
+    copyAndClose();
+    EXPECT_EQ(lines(), line('+', 1));
+    EXPECT_EQ(namesIn(backup), (std::set<std::string>{"dictionary.2", nameOf(1), nameOf(98),
+                                                      files::unfinishedName("notes")}));
+}
+
+TEST_F(BackupCopy, AMissingBackupDirectoryIsReported) {
+    useCard({recordOf(1, 1)});
+    device::state.backupDirectory =
+        "/nowhere/B\xC3\xBC"
+        "cher/";
+    stand_ins::expectMessage(
+        "Fehler"_l1, "Die Datei '/nowhere/Bücher/Dictionary.2' konnte nicht geöffnet werden!"_l1);
+    copyAndClose();
+    EXPECT_EQ(lines(), "");
+    EXPECT_EQ(tableChanges, 1);
+}
+
+TEST_F(BackupCopy, ADirectoryInPlaceOfTheBackupIndexIsReported) {
+    useCard({recordOf(1, 1)});
+    fs::create_directory(backup / "dictionary.2");
+    stand_ins::expectMessage("Fehler"_l1,
+                             services::Text("Die Datei '"_l1) + device::state.backupDirectory +
+                                 services::Text("Dictionary.2' konnte nicht geöffnet werden!"_l1));
+    copyAndClose();
+    EXPECT_EQ(lines(), "");
+    EXPECT_FALSE(fs::exists(backup / nameOf(1)));
+}
+
+TEST_F(BackupCopy, AMissingCurrentIndexIsReported) {
+    useCard({recordOf(1, 1)});
+    fs::remove("dictionary.2");
+    stand_ins::expectMessage(
+        "Dateifehler",
+        "Die Datei 'data\\result\\ergo_bike\\dictionary.2' ist leer oder wurde nicht gefunden!");
+    stand_ins::expectMessage("Fehler"_l1,
+                             "Die Datei 'Dictionary.2' konnte nicht geöffnet werden!"_l1);
+    copyAndClose();
+    EXPECT_EQ(lines(), "");
+    EXPECT_FALSE(fs::exists(backup / "dictionary.2"));
+}
+
+TEST_F(BackupCopy, TheTableIsReadAfreshBeforeAndAfter) {
+    auto unmeasured = recordOf(1, 2);
+    unmeasured.pulse = unmeasured.rpm = 1.0F;
+    useCard({unmeasured, recordOf(2, 1)});
+    for (auto& record : device::state.dictionary)
+        record.selected = 0;
+    std::swap(device::state.dictionary[0], device::state.dictionary[1]);
+    copyAndClose();
+    EXPECT_EQ(lines(), line('+', 2) + line('+', 1));
+    ASSERT_EQ(device::state.dictionary.size(), 2U);
+    EXPECT_EQ(device::state.dictionary[1].pulse, 1.0F);
+    EXPECT_EQ(device::state.dictionary[1].rpm, 1.0F);
+    EXPECT_EQ(device::state.dictionary[0].selected, 1);
+}
+
+TEST_F(BackupCopy, WithoutABackupDirectoryOneIsChosen) {
+    useCard({recordOf(1, 1)});
+    device::state.backupDirectory = "";
+    device::state.programDirectory = "/program/";
+    const fs::path elsewhere =
+        fs::path("/dev/shm") / directory.filename();  // another drive than the card's
+    fs::create_directories(elsewhere);
+    world.directoryAnswers.push_back(
+        {services::Text("Wähle das Verzeichnis der Sicherheitskopie"_l1), "/program/",
+         elsewhere.string() + "/"});
+    copyAndClose();
+    EXPECT_EQ(lines(), line('+', 1));
+    EXPECT_TRUE(fs::exists(elsewhere / "data/result/ergo_bike" / nameOf(1)));
+    fs::remove_all(elsewhere);
+}
+
+TEST_F(BackupCopy, ARefusedChoiceStopsWhenNoDirectoryWasChosenBefore) {
+    useCard({recordOf(1, 1)});
+    device::state.backupDirectory = "";
+    world.directoryAnswers.push_back(
+        {services::Text("Wähle das Verzeichnis der Sicherheitskopie"_l1), "",
+         directory.string() + "/"});
+    stand_ins::expectMessage(
+        "Fehler"_l1,
+        "Das gewählte Laufwerk der Sicherheitskopie ist mit dem Laufwerk des Daum Verzeichnisses "
+        "identisch!"_l1);
+    copy();
+    EXPECT_TRUE(world.windows.empty());
+    EXPECT_EQ(tableChanges, 0);
+}
+
+TEST_F(BackupCopy, ACancelledChoiceCopiesBelowTheWorkingDirectory) {
+    useCard({recordOf(1, 1)});
+    device::state.backupDirectory = "";
+    world.directoryAnswers.push_back(
+        {services::Text("Wähle das Verzeichnis der Sicherheitskopie"_l1), "", ""});
+    copyAndClose();
+    EXPECT_EQ(lines(), line('+', 1));
+    EXPECT_EQ(numbersInIndex("data/result/ergo_bike/dictionary.2"), Numbers{1});
+}
+
+TEST_F(BackupCopy, TheCurrentDirectoryAsBackupAsksForAnotherAndCopiesNothing) {
+    useCard({recordOf(1, 1)});
+    device::state.backupDirectory = services::currentDirectory();
+    world.directoryAnswers.push_back(
+        {services::Text("Wähle das Verzeichnis der Sicherheitskopie"_l1), "",
+         directory.string() + "/"});
+    stand_ins::expectMessage(
+        "Fehler"_l1,
+        "Das gewählte Laufwerk der Sicherheitskopie ist mit dem Laufwerk des Daum Verzeichnisses "
+        "identisch!"_l1);
+    const std::string index = bytesOf("dictionary.2");
+    copyAndClose();
+    EXPECT_EQ(lines(), line('*', 1));
+    EXPECT_EQ(bytesOf("dictionary.2"), index);
+}
+
+TEST_F(BackupCopy, TheCurrentDirectoryAsBackupHasAMessageOfItsOwnWhenItCanNotBeWritten) {
+    useCard({recordOf(1, 1)});
+    device::state.backupDirectory = services::currentDirectory();
+    world.directoryAnswers.push_back(
+        {services::Text("Wähle das Verzeichnis der Sicherheitskopie"_l1), "",
+         directory.string() + "/"});
+    stand_ins::expectMessage(
+        "Fehler"_l1,
+        "Das gewählte Laufwerk der Sicherheitskopie ist mit dem Laufwerk des Daum Verzeichnisses "
+        "identisch!"_l1);
+    stand_ins::expectMessage(
+        "Fehler"_l1,
+        "Der Pfad der Sicherheitskopie ist mit dem aktuellen Daum Verzeichnis identisch!"_l1);
+    // A lease keeps the file from being opened for writing, whoever runs the test.
+    const auto previousHandler = std::signal(SIGIO, SIG_IGN);
+    const int leased = open("dictionary.2", O_RDONLY | O_CLOEXEC);
+    ASSERT_GE(leased, 0);
+    ASSERT_EQ(fcntl(leased, F_SETLEASE, F_RDLCK), 0);
+    copyAndClose();
+    close(leased);
+    std::signal(SIGIO, previousHandler);
+    EXPECT_EQ(lines(), "");
+}
+
+TEST_F(BackupCopy, TheReportWindowIsAsWideAsItsText) {
+    useCard({recordOf(1, 1)});
+    copyAndClose();
+    EXPECT_EQ(report.title, "Dateien kopieren");
+    EXPECT_EQ(report.width, 448);
+    EXPECT_EQ(report.height, 686);
+    EXPECT_EQ(report.controls[files::reportText].box, (services::Box{8, 8, 448, 672}));
+    EXPECT_TRUE(report.shortcuts.contains(services::escapeKey));
+    EXPECT_TRUE(world.windows.empty());
+}
+
+TEST_F(BackupCopy, WithoutAReportWindowNothingIsCopied) {
+    useCard({recordOf(1, 1)});
+    world.windowsOpen = false;
+    copy();
+    EXPECT_TRUE(fs::is_empty(backup));
+}
+
+}  // namespace
