@@ -1,0 +1,7 @@
+#include "settings/settings_state.h"
+
+namespace settings {
+
+StartSettings state;
+
+}  // namespace settings

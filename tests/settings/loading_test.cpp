@@ -1,0 +1,110 @@
+#include <fstream>
+
+#include "charts/chart_options.h"
+#include "services/directories.h"
+#include "services/menus.h"
+#include "settings/start_settings.h"
+#include "tests/app/app_test.h"
+#include "tests/builders/card_builder.h"
+
+namespace {
+
+using settings::loadStartSettings;
+
+class LoadingSettings : public AppTest {
+  protected:
+    void load(const std::string& text) {
+        std::ofstream(directory / "Einstellungen.dat", std::ios::binary) << text;
+        loadStartSettings();
+    }
+};
+
+TEST_F(LoadingSettings, TheFirstLoadFixesTheProgramDirectoryAndLaterOnesReturnToIt) {
+    loadStartSettings();
+    EXPECT_EQ(directory.string() + "/", device::state.programDirectory);
+    std::filesystem::create_directory("unten");
+    std::filesystem::current_path("unten");
+    loadStartSettings();
+    EXPECT_EQ(directory.string() + "/", device::state.programDirectory);
+    EXPECT_EQ(directory.string() + "/", services::currentDirectory());
+}
+
+TEST_F(LoadingSettings, AMissingFileGivesTheDefaults) {
+    device::state.backupDirectory = "/x/";
+    device::state.renumberingEnabled = true;
+    settings::state.menuPreselection[103] = 1;
+    const charts::ColourTable before = charts::state.colours;
+    loadStartSettings();
+    EXPECT_EQ(900, settings::state.windowWidth);
+    EXPECT_EQ(560, settings::state.windowHeight);
+    EXPECT_EQ("", device::state.backupDirectory);
+    EXPECT_FALSE(device::state.renumberingEnabled);
+    EXPECT_EQ(0, settings::state.menuPreselection[103]);
+    EXPECT_EQ(before, charts::state.colours);
+}
+
+TEST_F(LoadingSettings, KeysAreFoundWithoutRegardToCaseAndBlanks) {
+    load("[PROGRAMMEINSTELLUNGEN]\r\nwindowbreite=800\r\nWINDOWH\xD6HE = 600\r\n");
+    EXPECT_EQ(800, settings::state.windowWidth);
+    EXPECT_EQ(600, settings::state.windowHeight);
+}
+
+TEST_F(LoadingSettings, ASizeLargerThanTheDesktopStaysAsLoaded) {
+    load("[Programmeinstellungen]\nWindowBreite = 5000\nWindowH\xF6he = 4000\n");
+    EXPECT_EQ(5000, settings::state.windowWidth);
+    EXPECT_EQ(4000, settings::state.windowHeight);
+}
+
+TEST_F(LoadingSettings, AColourOfZeroOrAMissingOneKeepsTheCurrentColour) {
+    charts::state.colours[3] = 77;
+    charts::state.colours[4] = 78;
+    load("[Farben]\nFarbe 3 = 0\nFarbe 5 = 255\nFarbe 20 = 9\nFarbe 72 = 5\n");
+    EXPECT_EQ(77, charts::state.colours[3]);
+    EXPECT_EQ(78, charts::state.colours[4]);
+    EXPECT_EQ(255, charts::state.colours[5]);
+    EXPECT_EQ(9, charts::state.colours[20]);
+    EXPECT_EQ(0, charts::state.colours[72]);  // never read
+}
+
+TEST_F(LoadingSettings, NumbersBeyond32BitsWrap) {
+    load("[Farben]\nFarbe 3 = 4294967297\n");
+    EXPECT_EQ(1, charts::state.colours[3]);
+}
+
+TEST_F(LoadingSettings, MarksAreReadFor100To771AndNothingElse) {
+    load(
+        "[Men\xFCvorwahl]\nMenu 100 = 1\nMenu 150 = 1\nMenu 771 = 1\nMenu 772 = 1\nMenu 800 = 1\n");
+    EXPECT_EQ(1, settings::state.menuPreselection[100]);
+    EXPECT_EQ(1, settings::state.menuPreselection[150]);
+    EXPECT_EQ(1, settings::state.menuPreselection[771]);
+    EXPECT_EQ(0, settings::state.menuPreselection[772]);
+}
+
+TEST_F(LoadingSettings, EntriesBeforeTheFirstGroupAreNotFound) {
+    load("WindowBreite = 640\nWindowH\xF6he = 480\n[Programmeinstellungen]\n");
+    EXPECT_EQ(900, settings::state.windowWidth);
+}
+
+TEST_F(LoadingSettings, AStoredDeviceDirectoryWithATreeBecomesTheWorkingDirectory) {
+    builders::writeCard(directory / "Karte", 1);
+    load("[Programmeinstellungen]\nVerzeichnis = " + (directory / "Karte").string() + "/\n");
+    EXPECT_EQ((directory / "Karte/data/result/ergo_bike/").string(), services::currentDirectory());
+}
+
+TEST_F(LoadingSettings, AStoredDeviceDirectoryWithoutATreeIsForgottenSilently) {
+    std::filesystem::create_directory("leer");
+    load("[Programmeinstellungen]\nVerzeichnis = " + (directory / "leer").string() + "/\n");
+    EXPECT_EQ(directory.string() + "/", services::currentDirectory());
+    load("[Programmeinstellungen]\nVerzeichnis = /gibt/es/nicht/\n");
+    EXPECT_EQ(directory.string() + "/", services::currentDirectory());
+}
+
+TEST_F(LoadingSettings, BackupDirectoryAndRenumberingSwitchAreRead) {
+    load(
+        "[Programmeinstellungen]\nSicherheitskopie = /stick/data/result/ergo_bike/\nNummerieren = "
+        "1\n");
+    EXPECT_EQ("/stick/data/result/ergo_bike/", device::state.backupDirectory);
+    EXPECT_TRUE(device::state.renumberingEnabled);
+}
+
+}  // namespace
