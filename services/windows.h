@@ -36,7 +36,8 @@ struct WindowRow {
     int minimumWidth = 0;
     int minimumHeight = 0;
     TextView title;
-    int owner = noWindow;  // the window this one belongs to and stays above
+    int owner = noWindow;    // the window this one belongs to and stays above
+    bool fromOwner = false;  // x and y count from the owner's top left corner, not the screen's
 };
 
 // False when the window could not be opened. It stays invisible until showWindow, so that it

@@ -121,7 +121,9 @@ bool openWindow(const WindowRow& row) {
     auto window = std::make_unique<qt::ToolkitWindow>(row.number, qt::findWindow(row.owner));
     window->setWindowTitle(qt::toQString(row.title));
     window->content->setMinimumSize(row.minimumWidth, row.minimumHeight);
-    window->move(row.x, row.y);
+    const qt::ToolkitWindow* owner = qt::findWindow(row.owner);
+    const QPoint origin = row.fromOwner && owner != nullptr ? owner->pos() : QPoint(0, 0);
+    window->move(origin + QPoint(row.x, row.y));
     window->resizeContent(row.width, row.height);
     window->layout()->activate();
     qt::toolkit.windows[row.number] = std::move(window);

@@ -186,6 +186,27 @@ TEST_F(MainWindow, ThePlatformsQuitArrivesAsAnItem) {
     EXPECT_EQ(services::quitItem, events.back().item);
 }
 
+TEST_F(MainWindow, AnOwnedWindowCanStandRelativeToItsOwner) {
+    openWithMenu();
+    widget()->move(100, 60);
+    takeWaitingEvents();
+    ASSERT_TRUE(services::openWindow({.number = services::limitsWindow,
+                                      .x = 30,
+                                      .y = 40,
+                                      .width = 50,
+                                      .height = 50,
+                                      .title = "Grenzwerte",
+                                      .owner = services::mainWindow,
+                                      .fromOwner = true}));
+    const QWidget* owned = nullptr;
+    for (const QWidget* window : QApplication::topLevelWidgets()) {
+        if (window->windowTitle() == QLatin1String("Grenzwerte")) owned = window;
+    }
+    ASSERT_NE(nullptr, owned);
+    EXPECT_EQ(widget()->pos() + QPoint(30, 40), owned->pos());
+    services::closeWindow(services::limitsWindow);
+}
+
 TEST_F(MainWindow, NumbersThatAreNotOpenAreIgnored) {
     EXPECT_EQ(0, services::windowWidth(7));
     EXPECT_EQ(0, services::windowHeight(7));
