@@ -1,0 +1,10 @@
+#include "app/event_loop.h"
+#include "app/startup.h"
+#include "services/toolkit.h"
+
+int main(int, char** arguments) {
+    services::startToolkit(arguments[0]);
+    if (app::startUp()) app::runEventLoop();
+    services::stopToolkit();
+    return 0;
+}

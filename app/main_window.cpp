@@ -1,0 +1,91 @@
+#include "app/main_window.h"
+
+#include <algorithm>
+
+#include "app/app_state.h"
+#include "charts/chart_description.h"
+#include "charts/chart_drawing.h"
+#include "charts/chart_options.h"
+#include "services/windows.h"
+#include "settings/settings_state.h"
+
+namespace app {
+
+using services::operator""_l1;
+
+namespace {
+
+void fitImageToWindow() {
+    services::resizeSurface(state.chartImage, settings::state.windowWidth,
+                            settings::state.windowHeight,
+                            services::windowPixelRatio(services::mainWindow));
+}
+
+// On the screen that the window is on now.
+bool imageHasSize(int width, int height) {
+    return state.chartImage.width == width && state.chartImage.height == height &&
+           state.chartImage.pixelRatio == services::windowPixelRatio(services::mainWindow);
+}
+
+void showChartImage() {
+    services::showImage(services::mainWindow, chartImageControl, state.chartImage);
+    services::describeControl(
+        services::mainWindow, chartImageControl,
+        charts::describeChart(state.currentChart, charts::readMarkedOptions()));
+}
+
+}  // namespace
+
+bool openMainWindow() {
+    const services::WindowRow row = {
+        .number = services::mainWindow,
+        .x = 1,
+        .y = 1,
+        .width = settings::state.windowWidth,
+        .height = settings::state.windowHeight,
+        .minimumWidth = smallestWindowSize,
+        .minimumHeight = smallestWindowSize,
+        .title = "Kurbelbuch"_l1,
+    };
+    if (!services::openWindow(row)) return false;
+    services::createImageControl(services::mainWindow, chartImageControl, "Diagramm"_l1);
+    fitImageToWindow();
+    showChartImage();
+    return true;
+}
+
+void redraw() {
+    charts::drawChart(state.currentChart, state.chartImage);
+    showChartImage();
+}
+
+void followWindow() {
+    const int width = services::windowWidth(services::mainWindow);
+    const int height = services::windowHeight(services::mainWindow);
+    settings::state.windowWidth = std::max(width, smallestWindowSize);
+    settings::state.windowHeight = std::max(height, smallestWindowSize);
+    if (settings::state.windowWidth != width || settings::state.windowHeight != height) {
+        services::resizeWindow(services::mainWindow, settings::state.windowWidth,
+                               settings::state.windowHeight);
+    }
+    // A window that only moved keeps its picture.
+    if (imageHasSize(settings::state.windowWidth, settings::state.windowHeight)) return;
+    fitImageToWindow();
+    redraw();
+}
+
+void catchUpWithWindow() {
+    if (imageHasSize(services::windowWidth(services::mainWindow),
+                     services::windowHeight(services::mainWindow))) {
+        return;
+    }
+    followWindow();
+}
+
+void showBand(const charts::BandBox& box) {
+    state.bandImage = state.chartImage;
+    services::drawFrame(state.bandImage, box.x, box.y, box.width, box.height, services::black);
+    services::showImage(services::mainWindow, chartImageControl, state.bandImage);
+}
+
+}  // namespace app

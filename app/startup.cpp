@@ -1,0 +1,56 @@
+#include "app/startup.h"
+
+#include "app/app_state.h"
+#include "app/main_window.h"
+#include "app/menu_tree.h"
+#include "app/tree_loading.h"
+#include "device/device_tree.h"
+#include "services/directories.h"
+#include "services/text.h"
+#include "services/windows.h"
+#include "settings/settings_state.h"
+#include "settings/start_settings.h"
+
+namespace app {
+
+services::Path workingDirectoryAtStart(services::PathView current, services::PathView executable) {
+    if (executable.empty()) return services::Path(current);
+    for (const services::PathView file :
+         {settings::fileName, services::PathView("dictionary.2"), device::indexPath}) {
+        if (services::canReadFile(services::concatenate(executable, file))) {
+            return services::Path(executable);
+        }
+    }
+    return services::Path(current);
+}
+
+namespace {
+
+void findTrainings() {
+    if (!ensureDeviceTree()) return;
+    loadTrainings();
+    redraw();
+}
+
+}  // namespace
+
+bool startUp() {
+    const services::Path current = services::currentDirectory();
+    const services::Path start = workingDirectoryAtStart(current, services::executableDirectory());
+    if (start != current) services::setCurrentDirectory(start);
+
+    settings::loadStartSettings();
+    if (settings::state.windowWidth > services::desktopWidth(0) ||
+        settings::state.windowHeight > services::desktopHeight(0)) {
+        settings::useDesktopSize();
+    }
+    if (!openMainWindow()) return false;
+    buildMenus();
+    state.lastMenuItem = firstMarkedOverviewItem();
+    services::keyboardShortcut(services::mainWindow, services::escapeKey, escapeItem);
+    services::showWindow(services::mainWindow);
+    findTrainings();
+    return true;
+}
+
+}  // namespace app

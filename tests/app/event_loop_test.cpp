@@ -1,0 +1,209 @@
+#include "app/event_loop.h"
+
+#include "app/main_window.h"
+#include "app/startup.h"
+#include "charts/chart_options.h"
+#include "tests/app/app_test.h"
+#include "tests/builders/card_builder.h"
+
+namespace {
+
+using services::Event;
+using services::EventKind;
+using services::operator""_l1;
+using stand_ins::world;
+
+// The program as it runs on a card of three trainings; events are put into its loop.
+class EventLoop : public AppTest {
+  protected:
+    void SetUp() override {
+        AppTest::SetUp();
+        builders::writeCard(directory, 3);
+        ASSERT_TRUE(app::startUp());
+    }
+
+    static Event menu(int item) { return {.kind = EventKind::menu, .item = item}; }
+
+    const stand_ins::WindowRecord& window() { return world.windows.at(services::mainWindow); }
+    const services::Surface& picture() { return window().images.at(app::chartImageControl); }
+
+    void resizeTo(int width, int height) {
+        world.windows.at(services::mainWindow).width = width;
+        world.windows.at(services::mainWindow).height = height;
+        app::dispatchEvent({.kind = EventKind::resize});
+    }
+};
+
+TEST_F(EventLoop, EndsWhenTheWindowIsClosed) {
+    world.events = {{.kind = EventKind::close}};
+    app::runEventLoop();
+    EXPECT_TRUE(app::state.quit);
+}
+
+TEST_F(EventLoop, EndsOnEscapeQuitAndItem19WithoutAQuestionAndWithoutSaving) {
+    for (const int item : {99, -1, 19}) {
+        SCOPED_TRACE(item);
+        app::state.quit = false;
+        world.events = {menu(item)};
+        app::runEventLoop();
+        EXPECT_FALSE(std::filesystem::exists(directory / "Einstellungen.dat"));
+    }
+}
+
+TEST_F(EventLoop, GoesOnAfterItemsWithoutAMeaning) {
+    for (const int item :
+         {0, 7, 98, 120, 149, 172, 199, 920, 949, 972, 999, 1002, -2, -2147483647}) {
+        app::dispatchEvent(menu(item));
+        EXPECT_FALSE(app::state.quit) << item;
+        EXPECT_EQ(item, app::state.lastMenuItem);
+    }
+}
+
+TEST_F(EventLoop, EachTickOfTheOverviewChangesThePictureAtOnce) {
+    const auto empty = picture().pixels;
+    app::dispatchEvent(menu(203));
+    const auto line = picture().pixels;
+    EXPECT_NE(empty, line);
+    app::dispatchEvent(menu(305));
+    EXPECT_NE(line, picture().pixels);
+    app::dispatchEvent(menu(305));
+    EXPECT_EQ(line, picture().pixels);
+    app::dispatchEvent(menu(203));
+    EXPECT_EQ(empty, picture().pixels);
+}
+
+TEST_F(EventLoop, ChoosingBalkenTwiceLeavesItUnchecked) {
+    app::dispatchEvent(menu(103));
+    EXPECT_TRUE(services::itemMark(103));
+    app::dispatchEvent(menu(103));
+    EXPECT_FALSE(services::itemMark(103));
+}
+
+TEST_F(EventLoop, StylesOfOneValueAreIndependent) {
+    for (int item = 105; item <= 705; item += 100)
+        app::dispatchEvent(menu(item));
+    for (int item = 105; item <= 705; item += 100)
+        EXPECT_TRUE(services::itemMark(item)) << item;
+}
+
+TEST_F(EventLoop, Item103IsBalkenOfWattAndItem153BalkenOfKilometresInTheOtherChart) {
+    app::dispatchEvent(menu(103));
+    EXPECT_TRUE(services::itemMark(103));
+    EXPECT_FALSE(services::itemMark(153));
+    EXPECT_EQ(charts::ChartKind::overview, app::state.currentChart);
+    app::dispatchEvent(menu(153));
+    EXPECT_TRUE(services::itemMark(153));
+    EXPECT_EQ(charts::ChartKind::training, app::state.currentChart);
+    app::dispatchEvent(menu(503));
+    EXPECT_EQ(charts::ChartKind::overview, app::state.currentChart);
+}
+
+TEST_F(EventLoop, AusgabeLoeschenClearsTheMarksOfItsOwnChartOnly) {
+    for (int i = 0; i < 20; ++i) {
+        for (int base = 100; base <= 700; base += 100)
+            services::setItemMark(base + i, true);
+    }
+    for (int i = 50; i < 72; ++i) {
+        for (int base = 100; base <= 700; base += 100)
+            services::setItemMark(base + i, true);
+    }
+    app::dispatchEvent(menu(20));
+    for (int i = 0; i < 20; ++i) {
+        for (int base = 100; base <= 700; base += 100)
+            EXPECT_FALSE(services::itemMark(base + i));
+    }
+    for (int i = 50; i < 72; ++i) {
+        for (int base = 100; base <= 700; base += 100)
+            EXPECT_TRUE(services::itemMark(base + i));
+    }
+    app::dispatchEvent(menu(30));
+    for (int i = 50; i < 72; ++i) {
+        for (int base = 100; base <= 700; base += 100)
+            EXPECT_FALSE(services::itemMark(base + i));
+    }
+}
+
+TEST_F(EventLoop, ANewDaumDirectoryIsReadAndOffersTheOverviewOnly) {
+    const std::filesystem::path other = directory / "andere";
+    builders::writeCard(other, 5);
+    charts::enableOptions(charts::ChartKind::overview, false);
+    charts::enableOptions(charts::ChartKind::training, true);
+    world.directoryAnswers.push_back(
+        {services::Text("Wähle die SD-Karte bzw. das Daum-Verzeichnis"_l1),
+         directory.string() + "/", other.string() + "/"});
+    const int before = window().imagesShown;
+    app::dispatchEvent(menu(1));
+    EXPECT_EQ(5U, device::state.dictionary.size());
+    EXPECT_TRUE(services::itemEnabled(100));
+    EXPECT_FALSE(services::itemEnabled(150));
+    EXPECT_GT(window().imagesShown, before);
+}
+
+TEST_F(EventLoop, ACancelledDaumRequesterReadsTheOldTreeAgain) {
+    world.directoryAnswers.push_back(
+        {services::Text("Wähle die SD-Karte bzw. das Daum-Verzeichnis"_l1),
+         directory.string() + "/", ""});
+    app::dispatchEvent(menu(1));
+    EXPECT_EQ(3U, device::state.dictionary.size());
+}
+
+TEST_F(EventLoop, ANewSizeIsRememberedAndDrawn) {
+    resizeTo(640, 480);
+    EXPECT_EQ(640, settings::state.windowWidth);
+    EXPECT_EQ(480, settings::state.windowHeight);
+    EXPECT_EQ(640, picture().width);
+    EXPECT_EQ(480, picture().height);
+    EXPECT_NE(std::vector<std::uint32_t>(picture().pixels.size(), 0xFFFFFFFFU), picture().pixels);
+}
+
+TEST_F(EventLoop, ShrinkingBelow256KeepsTheChartAt256InThatDirection) {
+    resizeTo(200, 480);
+    EXPECT_EQ(256, picture().width);
+    EXPECT_EQ(480, picture().height);
+    EXPECT_EQ(256, window().width);
+    resizeTo(640, 255);
+    EXPECT_EQ(640, picture().width);
+    EXPECT_EQ(256, picture().height);
+    EXPECT_EQ(256, window().height);
+    resizeTo(256, 256);
+    EXPECT_EQ(256, picture().width);
+    EXPECT_EQ(256, settings::state.windowHeight);
+}
+
+TEST_F(EventLoop, AMoveThatKeepsTheSizeNeedsNoNewPicture) {
+    const int before = window().imagesShown;
+    app::dispatchEvent({.kind = EventKind::move});
+    app::dispatchEvent({.kind = EventKind::zoom});
+    EXPECT_EQ(before, window().imagesShown);
+}
+
+TEST_F(EventLoop, AScreenOfAnotherDensityNeedsANewPicture) {
+    world.pixelRatio = 2.0;
+    app::dispatchEvent({.kind = EventKind::move});
+    EXPECT_EQ(900, picture().width);
+    EXPECT_EQ(1800, picture().deviceWidth);
+}
+
+TEST_F(EventLoop, AnEmptyIndexLeavesThePictureAsItIsUntilTheSizeChanges) {
+    const std::filesystem::path other = directory / "leer";
+    builders::writeCard(other, 0);
+    const auto before = picture().pixels;
+    world.directoryAnswers.push_back(
+        {services::Text("Wähle die SD-Karte bzw. das Daum-Verzeichnis"_l1),
+         directory.string() + "/", other.string() + "/"});
+    stand_ins::expectMessage(
+        "Dateifehler",
+        "Die Datei 'data\\result\\ergo_bike\\dictionary.2' ist leer oder wurde nicht gefunden!");
+    app::dispatchEvent(menu(1));
+    EXPECT_EQ(before, picture().pixels);
+    resizeTo(640, 480);
+    EXPECT_EQ(std::vector<std::uint32_t>(picture().pixels.size(), 0xFFFFFFFFU), picture().pixels);
+}
+
+TEST_F(EventLoop, TheChartTellsAScreenReaderWhatItShows) {
+    app::dispatchEvent(menu(203));
+    const services::Text& description = window().controlDescriptions.at(app::chartImageControl);
+    EXPECT_NE(services::Text::npos, description.find("Watt (Linie)")) << description;
+}
+
+}  // namespace

@@ -1,0 +1,214 @@
+#include "app/training_commands.h"
+
+#include <fstream>
+
+#include "app/event_loop.h"
+#include "app/startup.h"
+#include "charts/chart_options.h"
+#include "export/export_state.h"
+#include "files/list_window.h"
+#include "services/dates.h"
+#include "tests/app/app_test.h"
+#include "tests/builders/card_builder.h"
+
+namespace {
+
+using services::Event;
+using services::EventKind;
+using services::operator""_l1;
+using stand_ins::world;
+
+// The program on a card of three trainings with three samples each; what happens in the list window
+// is put into the queue of events.
+class TrainingCommands : public AppTest {
+  protected:
+    void SetUp() override {
+        AppTest::SetUp();
+        exporting::state = {};
+        std::vector<device::DictionaryRecord> records;
+        for (std::uint64_t number = 1; number <= 3; ++number) {
+            records.push_back(builders::makeRecord(number));
+        }
+        builders::writeCard(directory, records, 3);
+        ASSERT_TRUE(app::startUp());
+    }
+
+    static Event press(int button) {
+        return {.kind = EventKind::control,
+                .window = services::listWindow,
+                .control = files::firstButtonControl + button,
+                .data = services::pressed};
+    }
+
+    static Event doubleClick(int row) {
+        return {.kind = EventKind::control,
+                .window = services::listWindow,
+                .control = files::trainingListControl,
+                .item = row,
+                .data = services::doubleClicked};
+    }
+
+    static Event key(int item) {
+        return {.kind = EventKind::menu, .window = services::listWindow, .item = item};
+    }
+
+    static void choose(int item) { app::dispatchEvent({.kind = EventKind::menu, .item = item}); }
+
+    static void expectOptionsOf(charts::ChartKind kind) {
+        const bool overview = kind == charts::ChartKind::overview;
+        for (int base = 100; base <= 900; base += 100) {
+            EXPECT_EQ(overview, services::itemEnabled(base)) << base;
+            EXPECT_EQ(overview, services::itemEnabled(base + 19)) << base;
+            EXPECT_EQ(!overview, services::itemEnabled(base + 50)) << base;
+            EXPECT_EQ(!overview, services::itemEnabled(base + 71)) << base;
+        }
+        EXPECT_EQ(kind, app::state.currentChart);
+    }
+
+    static std::vector<int> selection() {
+        std::vector<int> flags;
+        for (const device::DictionaryRecord& record : device::state.dictionary) {
+            flags.push_back(record.selected);
+        }
+        return flags;
+    }
+
+    static bool drawn(const std::string& text) {
+        for (const stand_ins::TextCall& call : world.texts) {
+            if (services::latin1ToUtf8(call.text) == text) return true;
+        }
+        return false;
+    }
+};
+
+TEST_F(TrainingCommands, DateiOeffnenShowsTheChosenTrainingWithItsBottomLine) {
+    services::setItemMark(153, true);
+    world.events = {doubleClick(1)};  // the newest is on top: row 1 is the second of three
+    world.texts.clear();
+    stand_ins::expectMessage("Fehler", "Das Menü 'Gefahrene km' enthält keine Daten!"_l1);
+    choose(31);
+    EXPECT_EQ("Wähle die Trainingsdatei"_l1, world.closedWindows[services::listWindow].title);
+    EXPECT_EQ((std::vector<int>{0, 1, 0}), selection());
+    EXPECT_EQ(3U, device::state.samples.size());
+    expectOptionsOf(charts::ChartKind::training);
+}
+
+TEST_F(TrainingCommands, TheOpenedTrainingsStartDescriptionAndDurationStandBelowTheChart) {
+    for (std::size_t i = 0; i < 3; ++i) {
+        std::string bytes(3 * device::trainingSampleSize, '\0');
+        bytes[20] = static_cast<char>(100);  // watt of the first sample
+        bytes[20 + device::trainingSampleSize] = static_cast<char>(110);
+        std::ofstream(device::state.dictionary[i].fileName) << bytes;
+    }
+    services::setItemMark(259, true);
+    world.events = {doubleClick(0)};
+    choose(31);
+    EXPECT_TRUE(drawn("04.01.2013 00:00:00"));
+    EXPECT_TRUE(drawn("Training 3"));
+    EXPECT_TRUE(drawn("1:00:00"));
+}
+
+TEST_F(TrainingCommands, DateiOeffnenAlsoTurnsToTheTrainingChartWhenItIsCancelled) {
+    world.events = {key(files::escapeShortcut)};
+    choose(31);
+    EXPECT_TRUE(device::state.samples.empty());
+    EXPECT_EQ((std::vector<int>{0, 0, 0}), selection());
+    expectOptionsOf(charts::ChartKind::training);
+}
+
+TEST_F(TrainingCommands, AFileThatVanishedIsReported) {
+    world.events = {doubleClick(2)};
+    world.beforeEvent = [](int) { std::filesystem::remove("0000000000000001"); };
+    stand_ins::expectMessage("Dateifehler",
+                             "Die Datei 'data\\result\\ergo_bike\\0000000000000001' ist leer oder "
+                             "wurde nicht gefunden!");
+    choose(31);
+    EXPECT_TRUE(device::state.samples.empty());
+    expectOptionsOf(charts::ChartKind::training);
+}
+
+TEST_F(TrainingCommands, DateienOeffnenShowsTheChosenTrainingsInTheOverview) {
+    choose(153);
+    services::setItemMark(153, false);
+    world.beforeEvent = [](int) {
+        auto& list = world.windows.at(services::listWindow).controls.at(files::trainingListControl);
+        list.chosen = {0, 2};
+    };
+    world.events = {press(0)};
+    choose(21);
+    EXPECT_EQ((std::vector<int>{1, 0, 1}), selection());
+    expectOptionsOf(charts::ChartKind::overview);
+}
+
+TEST_F(TrainingCommands, ACancelledDateienOeffnenLeavesOneRecordUntilTheIndexIsReadAgain) {
+    world.events = {press(1)};
+    choose(21);
+    EXPECT_EQ((std::vector<int>{0}), selection());
+    expectOptionsOf(charts::ChartKind::overview);
+    world.events = {press(0)};
+    choose(21);
+    EXPECT_EQ((std::vector<int>{1, 1, 1}), selection());
+}
+
+TEST_F(TrainingCommands, MainWindowEventsAreDroppedWhileTheListIsOpen) {
+    world.events = {{.kind = EventKind::menu, .window = services::mainWindow, .item = 99},
+                    {.kind = EventKind::menu, .window = services::mainWindow, .item = 103},
+                    {.kind = EventKind::close, .window = services::mainWindow},
+                    press(0)};
+    choose(21);
+    EXPECT_FALSE(app::state.quit);
+    EXPECT_FALSE(services::itemMark(103));
+}
+
+TEST_F(TrainingCommands, AWindowResizedWhileTheListWasOpenIsDrawnAtItsNewSize) {
+    world.beforeEvent = [](int) {
+        world.windows.at(services::mainWindow).width = 500;
+        world.windows.at(services::mainWindow).height = 400;
+    };
+    world.events = {press(0)};
+    choose(21);
+    EXPECT_EQ(500, app::state.chartImage.width);
+    EXPECT_EQ(400, settings::state.windowHeight);
+}
+
+TEST_F(TrainingCommands, TrainingsdateienBearbeitenOpensTheEditMode) {
+    world.events = {press(0)};
+    choose(3);
+    const stand_ins::WindowRecord& list = world.closedWindows[services::listWindow];
+    EXPECT_EQ("Trainingsdateien bearbeiten", list.title);
+    EXPECT_EQ("Fertig", list.controls.at(files::firstButtonControl).text);
+    expectOptionsOf(charts::ChartKind::overview);
+}
+
+TEST_F(TrainingCommands, BothExportsAskInTheListFirst) {
+    const std::string csv = (directory / "aus.csv").string();
+    world.events = {press(0)};
+    world.saveFileAnswers.push_back(
+        {services::Text("Name und Ort der CSV-Datei wählen"_l1), "", "Dicitonary.csv", csv});
+    stand_ins::expectMessage("Info", "Die Datei '" + csv + "' wurde gespeichert!");
+    choose(22);
+    EXPECT_TRUE(std::filesystem::exists(csv));
+
+    world.events = {doubleClick(0)};
+    world.saveFileAnswers.push_back(
+        {services::Text("Name und Ort der CSV-Datei wählen"_l1), "",
+         "0003  04_01_2013 00_00_00   60min   25,0km  Training 3.csv", ""});
+    choose(32);
+    EXPECT_EQ(3U, device::state.samples.size());
+    // An export does not turn to the other chart.
+    expectOptionsOf(charts::ChartKind::overview);
+}
+
+TEST_F(TrainingCommands, WithoutATreeACommandAsksForOneAndElseDoesNothing) {
+    std::filesystem::remove("dictionary.2");
+    for (const int item : {3, 21, 22, 31, 32}) {
+        SCOPED_TRACE(item);
+        world.directoryAnswers.push_back(
+            {services::Text("Wähle die SD-Karte bzw. das Daum-Verzeichnis"_l1),
+             directory.string() + "/", ""});
+        choose(item);
+        expectOptionsOf(charts::ChartKind::overview);
+    }
+}
+
+}  // namespace
