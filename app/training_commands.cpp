@@ -28,8 +28,7 @@ bool chooseTrainings(ListMode mode) {
 }
 
 void showChart(ChartKind kind) {
-    const ChartKind other =
-        kind == ChartKind::overview ? ChartKind::training : ChartKind::overview;
+    const ChartKind other = kind == ChartKind::overview ? ChartKind::training : ChartKind::overview;
     charts::enableOptions(kind, true);
     charts::enableOptions(other, false);
     state.currentChart = kind;

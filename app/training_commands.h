@@ -1,5 +1,6 @@
-// The menu commands that begin with the list of all trainings. Each first makes sure that there is a
-// device tree, asking for one if need be, and reads its index anew; without a tree it does nothing.
+// The menu commands that begin with the list of all trainings. Each first makes sure that there is
+// a device tree, asking for one if need be, and reads its index anew; without a tree it does
+// nothing.
 #pragma once
 
 namespace app {

@@ -190,9 +190,9 @@ TEST_F(TrainingCommands, BothExportsAskInTheListFirst) {
     EXPECT_TRUE(std::filesystem::exists(csv));
 
     world.events = {doubleClick(0)};
-    world.saveFileAnswers.push_back(
-        {services::Text("Name und Ort der CSV-Datei wählen"_l1), "",
-         "0003  04_01_2013 00_00_00   60min   25,0km  Training 3.csv", ""});
+    world.saveFileAnswers.push_back({services::Text("Name und Ort der CSV-Datei wählen"_l1), "",
+                                     "0003  04_01_2013 00_00_00   60min   25,0km  Training 3.csv",
+                                     ""});
     choose(32);
     EXPECT_EQ(3U, device::state.samples.size());
     // An export does not turn to the other chart.
