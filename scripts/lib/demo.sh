@@ -2,19 +2,17 @@
 # The demo card in build/demo and the start settings that lie on it.
 
 # Latin-1, as the program reads and writes them; \xF6 and \xFC are its "ö" and "ü". An item's number
-# is the value's, plus 100 for bars, 200 for the line, 300 for circles, 600 for the mean and 700 for
-# the trend: Watt (3) as a line with its trend, KJoule (16) as bars, km/h (7) as circles with its
-# mean.
+# is the value's, plus 100 for bars, 300 for circles, 600 for the mean and 700 for the trend: KJoule
+# (16) as bars, Watt (3) as circles with mean and trend.
 write_demo_settings() {
     printf '%b' \
         '[Programmeinstellungen]\n' \
         'WindowBreite = 1100\n' \
         'WindowH\xF6he = 650\n' \
         '[Men\xFCvorwahl]\n' \
-        'Menu 203 = 1\n' \
+        'Menu 303 = 1\n' \
+        'Menu 603 = 1\n' \
         'Menu 703 = 1\n' \
-        'Menu 307 = 1\n' \
-        'Menu 607 = 1\n' \
         'Menu 116 = 1\n' \
         >"$1/Einstellungen.dat"
 }
