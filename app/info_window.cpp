@@ -25,16 +25,26 @@ int lineHeight() {
     return services::textHeight("Ag"_l1);
 }
 
+// A margin of one character and one line around the text. Very low windows give a text of negative
+// height, which shows nothing.
+services::Box textBox(int width, int height) {
+    return {characterWidth(), lineHeight(), width - 2 * characterWidth(),
+            height - 2 * lineHeight()};
+}
+
 void waitUntilClosed() {
     for (;;) {
         const services::Event event = services::waitEvent();
         if (event.kind == EventKind::close) return;
         if (event.kind == EventKind::menu && event.item == escapeItem) return;
+        if (event.kind == EventKind::resize && event.window == infoWindow) {
+            services::placeControl(
+                infoWindow, infoTextControl,
+                textBox(services::windowWidth(infoWindow), services::windowHeight(infoWindow)));
+        }
     }
 }
 
-// A window with a margin of one character and one line around its text. Very low windows give a
-// text of negative height, which shows nothing.
 void showText(int width, int height, TextView text) {
     const services::WindowRow row = {
         .number = infoWindow,
@@ -46,9 +56,8 @@ void showText(int width, int height, TextView text) {
         .owner = services::mainWindow,
     };
     if (!services::openWindow(row)) return;
-    const services::Box box = {characterWidth(), lineHeight(), width - 2 * characterWidth(),
-                               height - 2 * lineHeight()};
-    services::createTextView(infoWindow, infoTextControl, box, "Programminfo"_l1);
+    services::createTextView(infoWindow, infoTextControl, textBox(width, height),
+                             "Programminfo"_l1);
     services::setControlText(infoWindow, infoTextControl, text);
     services::keyboardShortcut(infoWindow, services::escapeKey, escapeItem);
     services::showWindow(infoWindow);

@@ -34,9 +34,9 @@ void findTrainings() {
 
 }  // namespace
 
-bool startUp() {
+bool startUp(services::PathView executable) {
     const services::Path current = services::currentDirectory();
-    const services::Path start = workingDirectoryAtStart(current, services::executableDirectory());
+    const services::Path start = workingDirectoryAtStart(current, executable);
     if (start != current) services::setCurrentDirectory(start);
 
     settings::loadStartSettings();

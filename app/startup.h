@@ -10,7 +10,7 @@ namespace app {
 services::Path workingDirectoryAtStart(services::PathView current, services::PathView executable);
 
 // Reads the start settings, opens the main window, finds or asks for the device tree and draws the
-// overview. False when the window can't be opened.
-bool startUp();
+// overview. False when the window can't be opened. `executable` is the directory of the executable.
+bool startUp(services::PathView executable);
 
 }  // namespace app

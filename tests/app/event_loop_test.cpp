@@ -19,7 +19,7 @@ class EventLoop : public AppTest {
     void SetUp() override {
         AppTest::SetUp();
         builders::writeCard(directory, 3);
-        ASSERT_TRUE(app::startUp());
+        ASSERT_TRUE(app::startUp({}));
     }
 
     static Event menu(int item) { return {.kind = EventKind::menu, .item = item}; }
@@ -107,7 +107,9 @@ TEST_F(EventLoop, AusgabeLoeschenClearsTheMarksOfItsOwnChartOnly) {
         for (int base = 100; base <= 700; base += 100)
             services::setItemMark(base + i, true);
     }
+    const auto full = picture().pixels;
     app::dispatchEvent(menu(20));
+    EXPECT_NE(full, picture().pixels);
     for (int i = 0; i < 20; ++i) {
         for (int base = 100; base <= 700; base += 100)
             EXPECT_FALSE(services::itemMark(base + i));
@@ -175,6 +177,23 @@ TEST_F(EventLoop, AMoveThatKeepsTheSizeNeedsNoNewPicture) {
     app::dispatchEvent({.kind = EventKind::move});
     app::dispatchEvent({.kind = EventKind::zoom});
     EXPECT_EQ(before, window().imagesShown);
+}
+
+TEST_F(EventLoop, AZoomedWindowIsDrawnAtItsNewSize) {
+    world.windows.at(services::mainWindow).width = 1000;
+    world.windows.at(services::mainWindow).height = 700;
+    app::dispatchEvent({.kind = EventKind::zoom});
+    EXPECT_EQ(1000, picture().width);
+    EXPECT_EQ(700, settings::state.windowHeight);
+}
+
+// A second press of Escape, say, that a dialog left in the queue when it closed.
+TEST_F(EventLoop, WhatAClosedDialogLeftInTheQueueIsIgnored) {
+    for (const EventKind kind : {EventKind::close, EventKind::menu}) {
+        app::dispatchEvent({.kind = kind, .window = services::limitsWindow, .item = 99});
+        EXPECT_FALSE(app::state.quit);
+        EXPECT_EQ(0, app::state.lastMenuItem);
+    }
 }
 
 TEST_F(EventLoop, AScreenOfAnotherDensityNeedsANewPicture) {

@@ -39,7 +39,7 @@ class InfoWindow : public AppTest {
     }
 };
 
-TEST_F(InfoWindow, OfTheVersionIsTheSpecifiedOne) {
+TEST_F(InfoWindow, OfTheVersionHasItsPlaceSizeAndText) {
     const stand_ins::WindowRecord box = run(app::showInfoBox, {closing});
     EXPECT_EQ("Programminfo", box.title);
     EXPECT_EQ(services::mainWindow, box.row.owner);
@@ -136,6 +136,20 @@ TEST_F(InfoWindow, ThatCannotBeOpenedIsSkippedSilently) {
     app::showInfoBox();
     app::showHelpWindow();
     EXPECT_EQ(0, world.eventsWaitedFor);
+}
+
+TEST_F(InfoWindow, TheTextFollowsTheWindowsSize) {
+    world.events = {{.kind = EventKind::resize, .window = infoWindow}, closing};
+    world.beforeEvent = [](int call) {
+        stand_ins::WindowRecord& window = world.windows.at(infoWindow);
+        if (call == 0) window.width = 700;
+        if (call == 0) window.height = 500;
+        if (call == 1) {
+            EXPECT_EQ((services::Box{7, 15, 700 - 14, 500 - 30}),
+                      window.controls.at(app::infoTextControl).box);
+        }
+    };
+    app::showInfoBox();
 }
 
 }  // namespace

@@ -20,7 +20,7 @@ class MenuCommands : public AppTest {
     void SetUp() override {
         AppTest::SetUp();
         builders::writeCard(directory, 3);
-        ASSERT_TRUE(app::startUp());
+        ASSERT_TRUE(app::startUp({}));
     }
 
     static void choose(int item) { app::dispatchEvent({.kind = EventKind::menu, .item = item}); }

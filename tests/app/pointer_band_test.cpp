@@ -22,7 +22,7 @@ class PointerBand : public AppTest {
     void SetUp() override {
         AppTest::SetUp();
         builders::writeCard(directory, 3);
-        ASSERT_TRUE(app::startUp());
+        ASSERT_TRUE(app::startUp({}));
         choose(203);
     }
 

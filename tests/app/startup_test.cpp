@@ -22,7 +22,7 @@ class Startup : public AppTest {
 
 TEST_F(Startup, OnACardOpensTheWindowAndDrawsTheOverview) {
     builders::writeCard(directory, 3);
-    ASSERT_TRUE(app::startUp());
+    ASSERT_TRUE(app::startUp({}));
     EXPECT_EQ("Kurbelbuch", window().title);
     EXPECT_TRUE(window().shown);
     EXPECT_EQ(1, window().row.x);
@@ -43,7 +43,7 @@ TEST_F(Startup, WithoutSettingsTheWindowTakesNineBySevenTenthsOfTheDesktopRounde
     builders::writeCard(directory, 2);
     world.desktopWidth = 1365;   // 1228.5: a half goes to the even neighbour
     world.desktopHeight = 1025;  // 717.5
-    ASSERT_TRUE(app::startUp());
+    ASSERT_TRUE(app::startUp({}));
     EXPECT_EQ(1228, window().width);
     EXPECT_EQ(718, window().height);
 }
@@ -51,9 +51,17 @@ TEST_F(Startup, WithoutSettingsTheWindowTakesNineBySevenTenthsOfTheDesktopRounde
 TEST_F(Startup, AStoredSizeThatFitsIsTaken) {
     builders::writeCard(directory, 2);
     writeSettings("[Programmeinstellungen]\nWindowBreite = 640\nWindowH\xF6he = 480\n");
-    ASSERT_TRUE(app::startUp());
+    ASSERT_TRUE(app::startUp({}));
     EXPECT_EQ(640, window().width);
     EXPECT_EQ(480, window().height);
+}
+
+TEST_F(Startup, AStoredSizeOfTheWholeDesktopIsTaken) {
+    builders::writeCard(directory, 2);
+    writeSettings("[Programmeinstellungen]\nWindowBreite = 1000\nWindowH\xF6he = 800\n");
+    ASSERT_TRUE(app::startUp({}));
+    EXPECT_EQ(1000, window().width);
+    EXPECT_EQ(800, window().height);
 }
 
 TEST_F(Startup, AStoredSizeLargerThanTheDesktopBecomesNineTenthsBySevenTenths) {
@@ -64,7 +72,7 @@ TEST_F(Startup, AStoredSizeLargerThanTheDesktopBecomesNineTenthsBySevenTenths) {
         std::filesystem::current_path(directory);
         device::state = {};
         writeSettings(std::string("[Programmeinstellungen]\n") + size);
-        ASSERT_TRUE(app::startUp());
+        ASSERT_TRUE(app::startUp({}));
         EXPECT_EQ(900, window().width);
         EXPECT_EQ(560, window().height);
     }
@@ -73,21 +81,21 @@ TEST_F(Startup, AStoredSizeLargerThanTheDesktopBecomesNineTenthsBySevenTenths) {
 TEST_F(Startup, AStoredSizeBelow256InOneDirectionIsReplacedInBoth) {
     builders::writeCard(directory, 2);
     writeSettings("[Programmeinstellungen]\nWindowBreite = 300\nWindowH\xF6he = 255\n");
-    ASSERT_TRUE(app::startUp());
+    ASSERT_TRUE(app::startUp({}));
     EXPECT_EQ(900, window().width);
     EXPECT_EQ(560, window().height);
 }
 
 TEST_F(Startup, AWindowThatCannotBeOpenedEndsTheProgramWithoutAMessage) {
     world.windowsOpen = false;
-    EXPECT_FALSE(app::startUp());
+    EXPECT_FALSE(app::startUp({}));
 }
 
 TEST_F(Startup, WithNoTreeAndTheRequesterCancelledEveryOptionStaysDisabled) {
     world.directoryAnswers.push_back(
         {services::Text("Wähle die SD-Karte bzw. das Daum-Verzeichnis"_l1),
          directory.string() + "/", ""});
-    ASSERT_TRUE(app::startUp());
+    ASSERT_TRUE(app::startUp({}));
     EXPECT_TRUE(window().shown);
     for (int base = 100; base <= 900; base += 100) {
         for (int i = 0; i < 20; ++i)
@@ -106,24 +114,33 @@ TEST_F(Startup, ATreeChosenAtTheStartIsReadAndDrawn) {
     world.directoryAnswers.push_back(
         {services::Text("Wähle die SD-Karte bzw. das Daum-Verzeichnis"_l1),
          directory.string() + "/", card.string() + "/"});
-    ASSERT_TRUE(app::startUp());
+    ASSERT_TRUE(app::startUp({}));
     EXPECT_EQ(4U, device::state.dictionary.size());
     EXPECT_TRUE(services::itemEnabled(919));
 }
 
 TEST_F(Startup, EscapeIsTheProgramsOnlyShortcut) {
     builders::writeCard(directory, 2);
-    ASSERT_TRUE(app::startUp());
+    ASSERT_TRUE(app::startUp({}));
     EXPECT_EQ((std::map<int, int>{{services::escapeKey, 99}}), window().shortcuts);
 }
 
 TEST_F(Startup, TheFirstMarkedOverviewOptionIsTheLastMenuItem) {
     builders::writeCard(directory, 2);
     writeSettings("[Men\xFCvorwahl]\nMenu 603 = 1\nMenu 205 = 1\n");
-    ASSERT_TRUE(app::startUp());
+    ASSERT_TRUE(app::startUp({}));
     EXPECT_EQ(603, app::state.lastMenuItem);
     EXPECT_TRUE(services::itemMark(603));
     EXPECT_TRUE(services::itemMark(205));
+}
+
+TEST_F(Startup, AProgramLyingOnACardFindsItWithoutAsking) {
+    builders::writeCard(directory / "Karte", 3);
+    std::filesystem::create_directory("anderswo");
+    std::filesystem::current_path("anderswo");
+    ASSERT_TRUE(app::startUp((directory / "Karte").string() + "/"));
+    EXPECT_EQ(3U, device::state.dictionary.size());
+    EXPECT_EQ((directory / "Karte").string() + "/", device::state.programDirectory);
 }
 
 TEST_F(Startup, AProgramLyingOnACardWorksThereWhereverItIsStarted) {

@@ -30,7 +30,7 @@ class TrainingCommands : public AppTest {
             records.push_back(builders::makeRecord(number));
         }
         builders::writeCard(directory, records, 3);
-        ASSERT_TRUE(app::startUp());
+        ASSERT_TRUE(app::startUp({}));
     }
 
     static Event press(int button) {

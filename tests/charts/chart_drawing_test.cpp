@@ -46,7 +46,9 @@ class ChartDrawing : public chart_tests::ChartTest {
     }
 
     std::uint32_t pixel(int x, int y) const {
-        return surface.pixels[static_cast<std::size_t>(y * surface.deviceWidth + x)];
+        return surface
+            .pixels[static_cast<std::size_t>(y) * static_cast<std::size_t>(surface.deviceWidth) +
+                    static_cast<std::size_t>(x)];
     }
 
     // Three selected trainings, power 100, 150, 200 and pulse 120, 110, 130.
@@ -252,6 +254,31 @@ TEST_F(ChartDrawing, EachCloudWritesItsMaximumBesideTheSquare) {
     EXPECT_EQ(world.texts[1], (TextCall{230, 37, "130", rgb(1, 2, 3)}));
     // The second of two points of the power: 200 over 150, at most 3 from the right end.
     EXPECT_EQ(pixel(63 + 157 - 3, 22 + 157 - 78), 0xFF010203U);
+}
+
+TEST_F(ChartDrawing, ACloudWithoutDataKeepsItsPlaceAmongTheMaxima) {
+    loadThreeTrainings();
+    for (auto& record : device::state.dictionary)
+        record.watt = 0;
+    mark(3, Option::cloud);
+    mark(5, Option::cloud);
+    stand_ins::expectMessage("Fehler"_l1, "Das Menü 'Watt' enthält keine Daten!"_l1);
+    EXPECT_TRUE(charts::drawChart(ChartKind::overview, surface));
+    ASSERT_FALSE(world.texts.empty());
+    EXPECT_EQ(world.texts[0], (TextCall{230, 37, "130", rgb(1, 2, 3)}));
+}
+
+TEST_F(ChartDrawing, TheFrameIsDrawnAfterTheTexts) {
+    loadThreeTrainings();
+    mark(3, Option::line);
+    int texts = 0;
+    world.beforeText = [&](const Surface& picture) {
+        ++texts;
+        EXPECT_NE(blackPixel, picture.pixels[20 * 500 + 62]);
+    };
+    EXPECT_TRUE(charts::drawChart(ChartKind::overview, surface));
+    EXPECT_GT(texts, 0);
+    EXPECT_EQ(pixel(62, 20), blackPixel);
 }
 
 TEST_F(ChartDrawing, EveryMarkedItemWithoutDataIsReportedAndItsMarkRemoved) {

@@ -90,7 +90,7 @@ class LimitsDialog : public chart_tests::ChartTest {
     }
 };
 
-TEST_F(LimitsDialog, IsTheSpecifiedWindow) {
+TEST_F(LimitsDialog, HasItsTitleTextsAndTooltips) {
     run({look([] {
              EXPECT_EQ("Grenzwerte", dialog().title);
              EXPECT_EQ(services::mainWindow, dialog().row.owner);

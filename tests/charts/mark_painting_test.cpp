@@ -28,7 +28,9 @@ std::vector<std::string> picture(const Surface& surface,
         std::string row;
         for (int x = 0; x < surface.deviceWidth; ++x) {
             const std::uint32_t pixel =
-                surface.pixels[static_cast<std::size_t>(y * surface.deviceWidth + x)];
+                surface.pixels[static_cast<std::size_t>(y) *
+                                   static_cast<std::size_t>(surface.deviceWidth) +
+                               static_cast<std::size_t>(x)];
             const auto found = letters.find(pixel);
             row += pixel == 0xFFFFFFFFU ? '.' : found == letters.end() ? '?' : found->second;
         }

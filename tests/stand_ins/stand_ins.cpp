@@ -113,7 +113,8 @@ int textHeight(TextView) {
     return stand_ins::characterHeight;
 }
 
-void drawText(Surface&, int x, int y, TextView text, Colour colour) {
+void drawText(Surface& surface, int x, int y, TextView text, Colour colour) {
+    if (world.beforeText) world.beforeText(surface);
     world.texts.push_back({x, y, Text(text), colour});
 }
 

@@ -108,7 +108,8 @@ struct World {
     int repaints = 0;
     std::map<int, WindowRecord> closedWindows;  // as they were when they closed
 
-    std::vector<TextCall> texts;  // drawn since the test began
+    std::vector<TextCall> texts;                               // drawn since the test began
+    std::function<void(const services::Surface&)> beforeText;  // sees the picture as it is then
     std::map<int, WindowRecord> windows;
     std::vector<services::MenuRow> menuRows;  // as built
     services::DateValue now = 0;
