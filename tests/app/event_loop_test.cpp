@@ -125,6 +125,24 @@ TEST_F(EventLoop, AusgabeLoeschenClearsTheMarksOfItsOwnChartOnly) {
     }
 }
 
+TEST_F(EventLoop, AusgabeLoeschenDoesNotTurnToTheOtherChart) {
+    app::dispatchEvent(menu(153));
+    app::dispatchEvent(menu(20));
+    EXPECT_EQ(charts::ChartKind::training, app::state.currentChart);
+    app::dispatchEvent(menu(103));
+    app::dispatchEvent(menu(30));
+    EXPECT_EQ(charts::ChartKind::overview, app::state.currentChart);
+}
+
+TEST_F(EventLoop, TheBackupDirectoryIsChosenByItem2) {
+    const std::string stick = "/" + directory.filename().string() + "/data/result/ergo_bike/";
+    world.directoryAnswers.push_back(
+        {services::Text("Wähle das Verzeichnis der Sicherheitskopie"_l1), directory.string() + "/",
+         stick});
+    app::dispatchEvent(menu(2));
+    EXPECT_EQ(stick, device::state.backupDirectory);
+}
+
 TEST_F(EventLoop, ANewDaumDirectoryIsReadAndOffersTheOverviewOnly) {
     const std::filesystem::path other = directory / "andere";
     builders::writeCard(other, 5);

@@ -154,9 +154,11 @@ class BuiltMenus : public AppTest {};
 TEST_F(BuiltMenus, TakeTheirMarksFromTheSettingsAndDisableEveryOption) {
     settings::state.menuPreselection[103] = 1;
     settings::state.menuPreselection[153] = 7;  // anything but 0 counts
+    settings::state.menuPreselection[203] = -1;
     app::buildMenus();
     EXPECT_TRUE(services::itemMark(103));
     EXPECT_TRUE(services::itemMark(153));
+    EXPECT_TRUE(services::itemMark(203));
     EXPECT_FALSE(services::itemMark(104));
     for (int value = 0; value < charts::valueNumberLimit; ++value) {
         if (!charts::valueTexts(value)) continue;

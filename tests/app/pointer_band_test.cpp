@@ -230,6 +230,31 @@ TEST_F(PointerBand, IgnoresTicksWithoutABandAndOtherTimers) {
     EXPECT_EQ(0, charts::state.bandStart);
 }
 
+// The size of the settings is another one after they were loaded again.
+TEST_F(PointerBand, MeasuresByThePictureNotByTheStoredSize) {
+    settings::state.windowHeight = 2000;
+    clickLeft();
+    tickAt(chartBottom);
+    tickAt(chartTop);
+    clickLeft();
+    expectLimits(3, 101, 103);
+}
+
+TEST_F(PointerBand, KeepsItsStartWhenTheWindowIsResizedMeanwhile) {
+    clickLeft();
+    tickAt(chartBottom);
+    tickAt(300);
+    window().height = 400;
+    app::dispatchEvent({.kind = EventKind::resize});
+    EXPECT_EQ(chartBottom, charts::state.bandStart);  // now below the plot, which reaches to 380
+    tickAt(22);
+    clickLeft();
+    // Only the pointer is kept inside the plot, so the start gives a limit below the data.
+    EXPECT_LT(charts::state.limits[3].lower, 101.0F);
+    EXPECT_EQ(103.0F, charts::state.limits[3].upper);
+    expectIdle();
+}
+
 TEST_F(PointerBand, IgnoresOtherButtons) {
     click(2);
     click(-1);

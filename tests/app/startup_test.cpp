@@ -27,6 +27,8 @@ TEST_F(Startup, OnACardOpensTheWindowAndDrawsTheOverview) {
     EXPECT_TRUE(window().shown);
     EXPECT_EQ(1, window().row.x);
     EXPECT_EQ(1, window().row.y);
+    EXPECT_EQ(256, window().row.minimumWidth);
+    EXPECT_EQ(256, window().row.minimumHeight);
     EXPECT_EQ(3U, device::state.dictionary.size());
     EXPECT_EQ("Diagramm", window().controlNames.at(app::chartImageControl));
     // The frame is drawn: the picture is no longer all white.

@@ -94,6 +94,9 @@ TEST_F(LimitsDialog, HasItsTitleTextsAndTooltips) {
     run({look([] {
              EXPECT_EQ("Grenzwerte", dialog().title);
              EXPECT_EQ(services::mainWindow, dialog().row.owner);
+             EXPECT_TRUE(dialog().row.fromOwner);  // it opens near the chart
+             EXPECT_EQ(dialog().width, dialog().row.minimumWidth);
+             EXPECT_EQ(dialog().height, dialog().row.minimumHeight);
              EXPECT_TRUE(dialog().shown);
              EXPECT_EQ(301, dialog().focus);
              EXPECT_EQ((std::map<int, int>{{services::returnKey, 98}, {services::escapeKey, 99}}),

@@ -224,6 +224,14 @@ TEST_F(BandSteps, ASecondClickAtTheSameHeightOnlyClearsTheBand) {
     EXPECT_EQ(0, charts::state.bandStart);
 }
 
+TEST_F(BandSteps, OnlyTheSecondClickEndsTheBand) {
+    follow(100);
+    follow(150);
+    EXPECT_EQ(BandAction::nothing, charts::stepBand(150, lastItem, false, chart, frame).action);
+    expectLimits(3, 0, 0);
+    EXPECT_EQ(100, charts::state.bandStart);
+}
+
 TEST_F(BandSteps, TwoClicksWithoutATickBetweenSetNoLimits) {
     EXPECT_EQ(BandAction::redraw, finish().action);
     expectLimits(3, 0, 0);
