@@ -15,6 +15,10 @@ struct DeviceState {
     // before the first load and when every record was dropped.
     std::vector<DictionaryRecord> dictionary;
 
+    // True while the table is what the last load left of an index it could not read: one record
+    // that stands for nothing on the card and must not be saved over it.
+    bool dictionaryUnreadable = false;
+
     // The samples of the one loaded training; empty when none is loaded.
     std::vector<TrainingSample> samples;
 

@@ -3,6 +3,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <vector>
 
 #include "device/device_state.h"
@@ -10,18 +11,21 @@
 namespace device {
 
 // Nothing of a description beyond this many bytes is read. The text of a damaged record may run on
-// to the end of the file, and the file may hold millions of such records: without a limit memory
-// and time would grow with the square of the file's length.
+// to the end of the file, and the file may hold millions of such records: without a limit time
+// would grow with the square of the file's length. What all descriptions of one index together run
+// on beyond their own 64 bytes is limited to the file's length, and memory with it.
 inline constexpr std::size_t longestDescription = 4096;
 
 // The kept records of an open index file that was `length` bytes long when it was opened, in the
-// order of loadDictionary. Never reads more records than that; fewer when the file has shrunk
-// since.
-std::vector<DictionaryRecord> readDictionaryRecords(int file, std::int64_t length);
+// order of loadDictionary. Nothing beyond that length is read. Nothing comes back when the length
+// holds no record, when fewer whole records arrive than it promised (a read error, a file that
+// shrank), or when memory can't hold them: half an index would be saved as the whole of it later.
+std::optional<std::vector<DictionaryRecord>> readDictionaryRecords(int file, std::int64_t length);
 
 // Replaces the dictionary table with the file's records: those with a riding time whose training
-// file can be opened, by start date, those of one start date in file order. Shows a message and
-// leaves one all-zero record when the file can't be opened or holds no whole record.
+// file can be opened, by start date, those of one start date in file order. Shows a message, leaves
+// one all-zero record and sets `dictionaryUnreadable` when the file can't be opened, holds no whole
+// record or can't be read to its end.
 void loadDictionary();
 
 enum class SaveMode {
@@ -29,9 +33,10 @@ enum class SaveMode {
     all = 1,
 };
 
-// Deletes and rewrites the file from the table, in table order. Silent on every failure. Callers
-// call loadDictionary() right after it: until then a written pulse or rpm of 1.0 reads 0.0 in the
-// table.
+// Deletes and rewrites the file from the table, in table order. Does nothing after a load that
+// failed: an index that could not be read is not replaced by one that says nothing. Silent on every
+// failure. Callers call loadDictionary() right after it: until then a written pulse or rpm of 1.0
+// reads 0.0 in the table.
 void saveDictionary(SaveMode mode);
 
 // Writes record `index` of the table at the current position of an open file. True when everything

@@ -35,7 +35,11 @@ inline int openRegularFile(PathView path, int flags) {
     if (!isUsablePath(path)) return noDescriptor;
     const Path terminated(path);
     struct stat status = {};
-    if (stat(terminated.c_str(), &status) == 0 && !S_ISREG(status.st_mode)) return noDescriptor;
+    if (stat(terminated.c_str(), &status) == 0) {
+        if (!S_ISREG(status.st_mode)) return noDescriptor;
+    } else if (errno == ENOENT && (flags & O_CREAT) == 0) {
+        return noDescriptor;  // a whole index of missing files costs one call each
+    }
     int descriptor = noDescriptor;
     do {
         descriptor = open(terminated.c_str(), flags | O_NONBLOCK | O_CLOEXEC | O_NOCTTY, 0666);

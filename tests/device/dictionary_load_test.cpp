@@ -151,7 +151,7 @@ TEST_F(DictionaryLoad, ADescriptionEndsAtNulCrOrLf) {
     }
 }
 
-// The 64 bytes are no limit for reading: the device ends its texts, and a damaged one shows where.
+// The 64 bytes are no limit for reading: only a NUL, CR, LF or the end of the file ends a text.
 TEST_F(DictionaryLoad, ADescriptionWithoutNulRunsOnIntoTheFieldsBehindIt) {
     writeTrainingFile(1);
     writeBytes("dictionary.2", indexRecord(1, 0x00636261).text(12, std::string(64, 'x')).bytes);
@@ -187,40 +187,101 @@ TEST_F(DictionaryLoad, ADescriptionEndsAtTheEndOfTheFile) {
 TEST_F(DictionaryLoad, ADescriptionRunsOnAcrossTheBlocksOfReading) {
     constexpr std::size_t count = 20'000;  // about 3 MB
     writeTrainingFile(0x6161616161616161U);
+    // Every text ends in the next record's type, those around the end of the first mebibyte (6,898
+    // records) run on for much longer.
+    const auto runsFar = [](std::size_t i) { return i >= 6'800 && i < 7'000; };
     std::string index(count * 152, 'a');
-    index[index.size() - 1] = '\0';
+    for (std::size_t i = 1; i < count; ++i) {
+        if (!runsFar(i - 1)) index[i * 152 + 11] = '\0';
+    }
     writeBytes("dictionary.2", index);
     loadDictionary();
     ASSERT_EQ(state.dictionary.size(), count);
     std::size_t wrong = 0;
     for (std::size_t i = 0; i < count; ++i) {
-        // All start dates are equal but none is special, so table order is file order.
-        const std::size_t left = (count - i) * 152 - 12 - 1;
-        const std::size_t expected = std::min(left, device::longestDescription);
+        // All start dates are equal, so table order is file order.
+        std::size_t expected = i + 1 == count ? 140 : 151;
+        if (runsFar(i))
+            expected = std::min((7'001 - i) * 152 + 11 - 12, device::longestDescription);
         if (state.dictionary[i].description.size() != expected) ++wrong;
     }
     EXPECT_EQ(wrong, 0U);
 }
 
-TEST_F(DictionaryLoad, ReadingStopsWhereTheFileHasShrunk) {
+TEST_F(DictionaryLoad, AFileThatShrankWhileBeingReadIsAFailure) {
     for (const std::uint64_t number : {1U, 2U})
         writeTrainingFile(number);
     writeBytes("dictionary.2", indexRecord(1).bytes + indexRecord(2).bytes + std::string(100, 'x'));
     ASSERT_TRUE(services::readFile(0, "dictionary.2"));
-    const auto records = device::readDictionaryRecords(0, 152 * 100'000);
+    for (const std::int64_t length : {152 * 3, 152 * 6'901, 152 * 100'000})
+        EXPECT_FALSE(device::readDictionaryRecords(0, length).has_value()) << length;
+    const auto records = device::readDictionaryRecords(0, 152 * 2 + 151);
     services::closeFile(0);
-    ASSERT_EQ(records.size(), 2U);
-    EXPECT_EQ(records[1].fileName, "0000000000000002");
+    ASSERT_TRUE(records.has_value());
+    EXPECT_EQ(records->size(), 2U);
 }
 
-TEST_F(DictionaryLoad, NoMoreRecordsAreReadThanTheLengthAtOpening) {
+TEST_F(DictionaryLoad, AReadErrorIsNotTheEndOfTheFile) {
+    // A regular file of which the beginning can't be read.
+    if (!services::readFile(0, "/proc/self/mem")) GTEST_SKIP() << "no such file here";
+    EXPECT_FALSE(device::readDictionaryRecords(0, 152).has_value());
+    EXPECT_FALSE(device::readDictionaryRecords(0, 152 * 100'000).has_value());
+    services::closeFile(0);
+    EXPECT_FALSE(device::readDictionaryRecords(0, 152).has_value());  // not open
+}
+
+TEST_F(DictionaryLoad, AnIndexOfWhichLessArrivesThanItsLengthGivesTheMessage) {
+    // The system claims a page for this file and gives a few bytes.
+    const char* const claimsMore = "/sys/class/net/lo/mtu";
+    std::error_code error;
+    if (std::filesystem::file_size(claimsMore, error) < 152 || error)
+        GTEST_SKIP() << "no such file here";
+    std::filesystem::create_symlink(claimsMore, "dictionary.2");
+    device_tests::expectUnreadableIndex();
+    loadDictionary();
+    expectSingleZeroRecord();
+    EXPECT_TRUE(state.dictionaryUnreadable);
+    EXPECT_EQ(services::lengthOfFile(0), -1);
+}
+
+TEST_F(DictionaryLoad, NothingIsReadBeyondTheLengthAtOpening) {
     for (const std::uint64_t number : {1U, 2U})
         writeTrainingFile(number);
-    writeBytes("dictionary.2", indexRecord(1).bytes + indexRecord(2).bytes);
+    const std::string first = indexRecord(1, 0x61616161).text(12, std::string(64, 'a')).bytes;
+    std::string runningOn = first;
+    runningOn.replace(76, 76, std::string(76, 'a'));
+    writeBytes("dictionary.2", runningOn + indexRecord(2).text(0, "aaaaaaaaaaaa").bytes);
     ASSERT_TRUE(services::readFile(0, "dictionary.2"));
-    EXPECT_EQ(device::readDictionaryRecords(0, 152 + 151).size(), 1U);
-    EXPECT_EQ(device::readDictionaryRecords(0, 151).size(), 0U);
+    const auto records = device::readDictionaryRecords(0, 152 + 5);
+    EXPECT_FALSE(device::readDictionaryRecords(0, 151).has_value());
+    EXPECT_FALSE(device::readDictionaryRecords(0, -1).has_value());
     services::closeFile(0);
+    ASSERT_TRUE(records.has_value());
+    ASSERT_EQ(records->size(), 1U);
+    EXPECT_EQ((*records)[0].description, std::string(140 + 5, 'a'));
+}
+
+TEST_F(DictionaryLoad, OneAfterAnotherEachRecordsOwnTrainingFileIsLookedFor) {
+    writeTrainingFile(1);
+    writeTrainingFile(3);
+    std::string index;
+    for (const std::uint64_t number : {2U, 1U, 1U, 2U, 2U, 3U, 0U, 1U})
+        index += indexRecord(number).bytes;
+    writeBytes("dictionary.2", index);
+    loadDictionary();
+    const std::string one = device_tests::nameOf(1);
+    EXPECT_EQ(names(), (std::vector<std::string>{one, one, device_tests::nameOf(3), one}));
+}
+
+TEST_F(DictionaryLoad, AGoodLoadClearsWhatAFailedOneSaid) {
+    EXPECT_FALSE(state.dictionaryUnreadable);
+    device_tests::expectUnreadableIndex();
+    loadDictionary();
+    EXPECT_TRUE(state.dictionaryUnreadable);
+    writeTrainingFile(1);
+    writeBytes("dictionary.2", indexRecord(1).bytes);
+    loadDictionary();
+    EXPECT_FALSE(state.dictionaryUnreadable);
 }
 
 TEST_F(DictionaryLoad, TheFileIsClosedAgain) {

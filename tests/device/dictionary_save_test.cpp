@@ -114,11 +114,45 @@ TEST_F(DictionarySave, AnEmptyTableLeavesAnEmptyFile) {
     EXPECT_EQ(bytesOf("dictionary.2"), "");
 }
 
-TEST_F(DictionarySave, TheRecordOfAFailedLoadIsWrittenAsZeros) {
+TEST_F(DictionarySave, AnIndexThatCouldNotBeReadIsNotReplaced) {
+    const std::string unread = indexRecord(1).bytes.substr(0, 151);
+    writeBytes("dictionary.2", unread);
     device_tests::expectUnreadableIndex();
     loadDictionary();
+    for (const SaveMode mode : {SaveMode::all, SaveMode::unselected}) {
+        saveDictionary(mode);
+        EXPECT_EQ(bytesOf("dictionary.2"), unread);
+    }
+    std::filesystem::remove("dictionary.2");
     saveDictionary(SaveMode::all);
-    EXPECT_EQ(bytesOf("dictionary.2"), std::string(152, '\0'));
+    EXPECT_FALSE(std::filesystem::exists("dictionary.2"));
+}
+
+TEST_F(DictionarySave, AfterAGoodLoadTheIndexIsWrittenAgain) {
+    device_tests::expectUnreadableIndex();
+    loadDictionary();
+    writeTrainingFile(1);
+    writeBytes("dictionary.2", indexRecord(1).bytes + "rest");
+    loadDictionary();
+    saveDictionary(SaveMode::all);
+    EXPECT_EQ(bytesOf("dictionary.2"), indexRecord(1).bytes);
+}
+
+// A card's index may be linked into a copy or a backup: that one is not this program's to write.
+TEST_F(DictionarySave, ALinkIsReplacedAndWhatItLedToStays) {
+    state.dictionary = {{.fileName = "0000000000000001"}};
+    const std::string written = "\x01" + std::string(151, '\0');
+    for (const bool symbolic : {true, false}) {
+        SCOPED_TRACE(symbolic);
+        writeBytes("elsewhere", "years of trainings");
+        std::filesystem::remove("dictionary.2");
+        symbolic ? std::filesystem::create_symlink("elsewhere", "dictionary.2")
+                 : std::filesystem::create_hard_link("elsewhere", "dictionary.2");
+        saveDictionary(SaveMode::all);
+        EXPECT_EQ(bytesOf("elsewhere"), "years of trainings");
+        EXPECT_EQ(bytesOf("dictionary.2"), written);
+        EXPECT_FALSE(std::filesystem::is_symlink("dictionary.2"));
+    }
 }
 
 TEST_F(DictionarySave, AnIndexThatCantBeCreatedIsPassedOverInSilence) {
@@ -129,7 +163,7 @@ TEST_F(DictionarySave, AnIndexThatCantBeCreatedIsPassedOverInSilence) {
     EXPECT_EQ(state.dictionary[0].pulse, 1.0F);
 }
 
-// As the device's other programs do: a text without its NUL is written with all that was read.
+// Nothing is cut: where such a text was meant to end nobody knows.
 TEST_F(DictionarySave, ADescriptionThatRanOnIsWrittenWithAllThatWasRead) {
     writeTrainingFile(1);
     const std::string stored = indexRecord(1, 0x00636261).text(12, std::string(64, 'x')).bytes;
