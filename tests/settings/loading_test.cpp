@@ -55,14 +55,30 @@ TEST_F(LoadingSettings, ASizeLargerThanTheDesktopStaysAsLoaded) {
     EXPECT_EQ(4000, settings::state.windowHeight);
 }
 
+TEST_F(LoadingSettings, ASizeFrom256OnIsKept) {
+    struct Row {
+        const char* width;
+        const char* height;
+        bool kept;
+    };
+    for (const Row& row : {Row{"256", "256", true}, Row{"255", "256", false},
+                           Row{"256", "255", false}, Row{"300", "-1", false}}) {
+        load(std::string("[Programmeinstellungen]\nWindowBreite = ") + row.width +
+             "\nWindowH\xF6he = " + row.height + "\n");
+        EXPECT_EQ(row.kept ? 256 : 900, settings::state.windowWidth) << row.width;
+        EXPECT_EQ(row.kept ? 256 : 560, settings::state.windowHeight) << row.height;
+    }
+}
+
 TEST_F(LoadingSettings, AColourOfZeroOrAMissingOneKeepsTheCurrentColour) {
     charts::state.colours[3] = 77;
     charts::state.colours[4] = 78;
-    load("[Farben]\nFarbe 3 = 0\nFarbe 5 = 255\nFarbe 20 = 9\nFarbe 72 = 5\n");
+    load("[Farben]\nFarbe 3 = 0\nFarbe 5 = 255\nFarbe 20 = 9\nFarbe 71 = 11\nFarbe 72 = 5\n");
     EXPECT_EQ(77, charts::state.colours[3]);
     EXPECT_EQ(78, charts::state.colours[4]);
     EXPECT_EQ(255, charts::state.colours[5]);
     EXPECT_EQ(9, charts::state.colours[20]);
+    EXPECT_EQ(11, charts::state.colours[71]);
     EXPECT_EQ(0, charts::state.colours[72]);  // never read
 }
 
@@ -97,6 +113,38 @@ TEST_F(LoadingSettings, AStoredDeviceDirectoryWithoutATreeIsForgottenSilently) {
     EXPECT_EQ(directory.string() + "/", services::currentDirectory());
     load("[Programmeinstellungen]\nVerzeichnis = /gibt/es/nicht/\n");
     EXPECT_EQ(directory.string() + "/", services::currentDirectory());
+}
+
+TEST_F(LoadingSettings, AnEmptyDeviceDirectoryEntersNoTreeBesideTheProgram) {
+    builders::writeCard(directory, 1);
+    for (const char* line : {"Verzeichnis = \n", "Verzeichnis\n", ""}) {
+        load(std::string("[Programmeinstellungen]\n") + line);
+        EXPECT_EQ(directory.string() + "/", services::currentDirectory()) << line;
+    }
+}
+
+TEST_F(LoadingSettings, PathsArriveAsUtf8) {
+    load(
+        "[Programmeinstellungen]\nSicherheitskopie = /stick/B\xFC"
+        "cher/\n");
+    EXPECT_EQ("/stick/Bücher/", device::state.backupDirectory);
+    builders::writeCard(directory / "Bücher", 1);
+    load("[Programmeinstellungen]\nVerzeichnis = " + directory.string() +
+         "/B\xFC"
+         "cher/\n");
+    EXPECT_EQ(directory.string() + "/Bücher/data/result/ergo_bike/", services::currentDirectory());
+}
+
+TEST_F(LoadingSettings, NothingButOneUnlocksRenumbering) {
+    struct Row {
+        const char* value;
+        bool unlocks;
+    };
+    for (const Row& row : {Row{"1", true}, Row{"2", false}, Row{"-1", false}, Row{"0", false},
+                           Row{"ja", false}, Row{"1x", true}, Row{"4294967297", true}}) {
+        load(std::string("[Programmeinstellungen]\nNummerieren = ") + row.value + "\n");
+        EXPECT_EQ(row.unlocks, device::state.renumberingEnabled) << row.value;
+    }
 }
 
 TEST_F(LoadingSettings, BackupDirectoryAndRenumberingSwitchAreRead) {
