@@ -23,16 +23,19 @@ bool parseNumber(std::string_view text, Number& number) {
     return error == std::errc() && stopped == end;
 }
 
-// Fails when the file exists: a card with real trainings is never written over.
+// Fails when the file exists: a card with real trainings is never written over. A file that was
+// begun and could not be finished is removed, so that only complete ones refuse the next run.
 std::string writeNewFile(const std::filesystem::path& path, std::string_view bytes) {
     errno = 0;
     std::FILE* const file = std::fopen(path.c_str(), "wbx");
-    const bool written =
-        file != nullptr && std::fwrite(bytes.data(), 1, bytes.size(), file) == bytes.size();
+    if (file == nullptr) return path.string() + ": " + std::strerror(errno);
+    const bool written = std::fwrite(bytes.data(), 1, bytes.size(), file) == bytes.size();
     const int writeError = errno;
-    const bool closed = file != nullptr && std::fclose(file) == 0;
+    const bool closed = std::fclose(file) == 0;
     if (written && closed) return {};
-    return path.string() + ": " + std::strerror(written ? errno : writeError);
+    const int error = written ? errno : writeError;
+    std::remove(path.c_str());
+    return path.string() + ": " + std::strerror(error);
 }
 
 }  // namespace

@@ -23,8 +23,9 @@ struct DemoOptions {
 // The arguments without the program's name; nothing when they make no sense.
 std::optional<DemoOptions> parseDemoOptions(std::span<const char* const> arguments);
 
-// Writes the tree below the directory, the index last. Never replaces a file. Returns what went
-// wrong as a sentence for the user, empty when everything was written.
+// Writes the tree below the directory, the index last. Never replaces a file, and leaves none
+// half written. Returns what went wrong as a sentence for the user, empty when everything was
+// written.
 std::string writeDemoCard(const DemoOptions& options);
 
 }  // namespace tools

@@ -6,6 +6,7 @@
 #include "device/dictionary.h"
 #include "device/training_file.h"
 #include "tests/device/card_fixture.h"
+#include "tests/files/file_size_limit.h"
 
 namespace {
 
@@ -104,6 +105,15 @@ TEST_F(DemoCard, AnExistingTrainingFileIsNeverWrittenOver) {
     EXPECT_NE(writeDemoCard({"card", 3, 1}), "");
     EXPECT_EQ(bytesOf(std::string(tree) + "0000000000000002"), "a training");
     EXPECT_FALSE(fs::exists(std::string(tree) + "dictionary.2"));
+}
+
+TEST_F(DemoCard, AFileThatCantBeFinishedIsNotLeftBehind) {
+    {
+        const files_tests::FileSizeLimit full(1000);
+        EXPECT_NE(writeDemoCard({"card", 2, 1}), "");
+    }
+    EXPECT_TRUE(fs::is_empty(tree));
+    EXPECT_EQ(writeDemoCard({"card", 2, 1}), "");
 }
 
 TEST_F(DemoCard, ADirectoryThatCantBeMadeIsReported) {
