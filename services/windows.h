@@ -41,11 +41,12 @@ struct WindowRow {
 };
 
 // False when the window could not be opened. It stays invisible until showWindow, so that it
-// appears at once with its menus and controls.
+// appears at once with its menus and controls. A window of the same number is closed before.
 bool openWindow(const WindowRow& row);
 void showWindow(int window);
 
-// Destroys the window with its controls and timers. A number that is not open is ignored.
+// Destroys the window with its controls, its timers and the windows that it owns. A number that is
+// not open is ignored.
 void closeWindow(int window);
 
 // 0 for a window that is not open.
@@ -58,7 +59,8 @@ double windowPixelRatio(int window);
 void resizeWindow(int window, int width, int height);
 
 // The key, without modifiers, sends a menu event with this item number while the window is active,
-// whichever of its controls has the focus.
+// whichever of its controls has the focus. Up and Down repeat while they are held; Return and
+// Escape count once, and not at all while still held from another window that they closed.
 void keyboardShortcut(int window, int key, int item);
 
 // An image that fills the window's content area. Clicks on it arrive as click events.

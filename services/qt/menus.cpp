@@ -78,8 +78,8 @@ void showMenuBar(int window, std::span<const MenuRow> rows) {
 
 void showItemState(int number) {
     if (number < 0 || number >= menuItemLimit) return;
-    QAction* action = qt::toolkit.actions[static_cast<std::size_t>(number)];
-    if (action == nullptr) return;
+    const QPointer<QAction>& action = qt::toolkit.actions[static_cast<std::size_t>(number)];
+    if (action.isNull()) return;
     action->setChecked(itemMark(number));
     action->setEnabled(itemEnabled(number));
 }

@@ -53,7 +53,7 @@ void post(const Event& event) {
 
 ToolkitWindow* findWindow(int number) {
     const auto found = toolkit.windows.find(number);
-    return found == toolkit.windows.end() ? nullptr : found->second.get();
+    return found == toolkit.windows.end() ? nullptr : found->second.data();
 }
 
 QWidget* requesterOwner() {
@@ -93,16 +93,21 @@ void startToolkit(char* programName) {
     }
     toolkit.quitFilter = std::make_unique<qt::QuitFilter>();
     toolkit.application->installEventFilter(toolkit.quitFilter.get());
+    const bool onX11 = QGuiApplication::platformName() == QLatin1String("xcb");
+    toolkit.keyRepeats = std::make_unique<qt::KeyRepeats>(onX11);
+    toolkit.application->installEventFilter(toolkit.keyRepeats.get());
 }
 
 void stopToolkit() {
     using qt::toolkit;
-    toolkit.windows.clear();
+    while (!toolkit.windows.empty())
+        closeWindow(toolkit.windows.begin()->first);
     toolkit.actions = {};
     toolkit.queue = {};
     toolkit.application.reset();
     toolkit.german.reset();
     toolkit.quitFilter.reset();
+    toolkit.keyRepeats.reset();
 }
 
 }  // namespace services

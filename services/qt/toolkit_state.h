@@ -8,6 +8,7 @@
 #include <QImage>
 #include <QLabel>
 #include <QMenuBar>
+#include <QPointer>
 #include <QShortcut>
 #include <QString>
 #include <QTimer>
@@ -20,6 +21,7 @@
 #include "services/events.h"
 #include "services/latin1.h"
 #include "services/menus.h"
+#include "services/qt/key_repeats.h"
 
 namespace services::qt {
 
@@ -71,8 +73,10 @@ struct ToolkitState {
     std::unique_ptr<QApplication> application;
     std::unique_ptr<QTranslator> german;
     std::unique_ptr<QObject> quitFilter;
-    std::map<int, std::unique_ptr<ToolkitWindow>> windows;
-    std::array<QAction*, menuItemLimit> actions = {};
+    std::unique_ptr<KeyRepeats> keyRepeats;
+    // Deleted by closeWindow, or by the toolkit together with their owner.
+    std::map<int, QPointer<ToolkitWindow>> windows;
+    std::array<QPointer<QAction>, menuItemLimit> actions = {};
     EventQueue queue;
     QEventLoop* waiting = nullptr;  // the loop of waitEvent while it blocks
 };
@@ -84,6 +88,15 @@ void post(const Event& event);
 
 // Nothing for a number that is not open.
 ToolkitWindow* findWindow(int number);
+
+// The control of that kind, or nothing.
+template <typename Widget>
+Widget* findControl(int window, int control) {
+    const ToolkitWindow* found = findWindow(window);
+    if (found == nullptr) return nullptr;
+    const auto entry = found->controls.find(control);
+    return entry == found->controls.end() ? nullptr : dynamic_cast<Widget*>(entry->second);
+}
 
 // The window that a requester belongs to: the active one, or the main window.
 QWidget* requesterOwner();

@@ -6,6 +6,7 @@
 #include <QPainter>
 #include <QScreen>
 #include <QVBoxLayout>
+#include <algorithm>
 
 #include "services/qt/toolkit_state.h"
 
@@ -100,10 +101,8 @@ int desktopCount() {
 namespace {
 
 QSize desktopSize(int screen) {
-    // The main screen is number 0, whatever order the toolkit lists them in.
-    QList<QScreen*> screens = QGuiApplication::screens();
-    const qsizetype primary = screens.indexOf(QGuiApplication::primaryScreen());
-    if (primary > 0) screens.move(primary, 0);
+    // The toolkit lists the main screen first.
+    const QList<QScreen*> screens = QGuiApplication::screens();
     return screen >= 0 && screen < screens.size() ? screens[screen]->geometry().size()
                                                   : QSize(0, 0);
 }
@@ -118,7 +117,8 @@ int desktopHeight(int screen) {
 }
 
 bool openWindow(const WindowRow& row) {
-    auto window = std::make_unique<qt::ToolkitWindow>(row.number, qt::findWindow(row.owner));
+    closeWindow(row.number);  // numbers are unique
+    auto* window = new qt::ToolkitWindow(row.number, qt::findWindow(row.owner));
     window->setWindowTitle(qt::toQString(row.title));
     window->content->setMinimumSize(row.minimumWidth, row.minimumHeight);
     const qt::ToolkitWindow* owner = qt::findWindow(row.owner);
@@ -126,7 +126,7 @@ bool openWindow(const WindowRow& row) {
     window->move(origin + QPoint(row.x, row.y));
     window->resizeContent(row.width, row.height);
     window->layout()->activate();
-    qt::toolkit.windows[row.number] = std::move(window);
+    qt::toolkit.windows[row.number] = window;
     return true;
 }
 
@@ -135,6 +135,7 @@ void showWindow(int window) {
 }
 
 void closeWindow(int window) {
+    delete qt::findWindow(window);  // and the windows it owns, whose entries become empty
     qt::toolkit.windows.erase(window);
 }
 
@@ -181,8 +182,9 @@ void keyboardShortcut(int window, int key, int item) {
     if (found == nullptr) return;
     auto* shortcut = new QShortcut(found);
     shortcut->setKeys(keySequences(key));
-    shortcut->setAutoRepeat(key == upKey || key == downKey);
-    QObject::connect(shortcut, &QShortcut::activated, found, [window, item] {
+    const bool mayRepeat = key == upKey || key == downKey;
+    QObject::connect(shortcut, &QShortcut::activated, found, [window, item, mayRepeat] {
+        if (!mayRepeat && qt::toolkit.keyRepeats->pressRepeats()) return;
         qt::post({.kind = EventKind::menu, .window = window, .item = item});
     });
 }
@@ -199,8 +201,8 @@ void createImageControl(int window, int control, TextView accessibleName) {
 }
 
 void showImage(int window, int control, const Surface& surface) {
-    qt::ToolkitWindow* found = qt::findWindow(window);
-    if (found == nullptr || !found->controls.contains(control)) return;
+    auto* image = qt::findControl<qt::ImageControl>(window, control);
+    if (image == nullptr) return;
     // A deep copy: the next drawing may be under way while this picture is still on screen.
     QImage picture(surface.deviceWidth, surface.deviceHeight, QImage::Format_RGB32);
     for (int y = 0; y < surface.deviceHeight; ++y) {
@@ -210,13 +212,13 @@ void showImage(int window, int control, const Surface& surface) {
                     reinterpret_cast<std::uint32_t*>(picture.scanLine(y)));
     }
     picture.setDevicePixelRatio(surface.pixelRatio);
-    static_cast<qt::ImageControl*>(found->controls[control])->setImage(std::move(picture));
+    image->setImage(std::move(picture));
 }
 
 void describeControl(int window, int control, TextView accessibleDescription) {
-    qt::ToolkitWindow* found = qt::findWindow(window);
-    if (found == nullptr || !found->controls.contains(control)) return;
-    found->controls[control]->setAccessibleDescription(qt::toQString(accessibleDescription));
+    if (auto* found = qt::findControl<QWidget>(window, control)) {
+        found->setAccessibleDescription(qt::toQString(accessibleDescription));
+    }
 }
 
 void letWindowsRepaint() {

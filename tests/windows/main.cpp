@@ -1,4 +1,5 @@
-// Runs the window tests inside one toolkit without a screen.
+// Runs the window tests inside one toolkit on two screens that are not there: a main one and one of
+// twice the density to its right.
 #include <gtest/gtest.h>
 
 #include <cstdlib>
@@ -6,8 +7,8 @@
 #include "services/toolkit.h"
 
 int main(int argumentCount, char** arguments) {
-    // No screen, and the least German of all locales.
-    setenv("QT_QPA_PLATFORM", "offscreen", 1);
+    // And in the least German of all locales.
+    setenv("QT_QPA_PLATFORM", "offscreen:configfile=" WINDOW_TESTS_SCREENS, 1);
     setenv("LC_ALL", "C", 1);
     testing::InitGoogleTest(&argumentCount, arguments);
     services::startToolkit(arguments[0]);

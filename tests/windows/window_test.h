@@ -42,6 +42,21 @@ class WindowTest : public testing::Test {
         return nullptr;
     }
 
+    // The image control of the main window, which these tests call Diagramm.
+    static QWidget* imageWidget() {
+        for (QWidget* child : widget()->findChildren<QWidget*>()) {
+            if (child->accessibleName() == QLatin1String("Diagramm")) return child;
+        }
+        return nullptr;
+    }
+
+    // Device pixels per logical pixel in this run of the tests.
+    static double scaleFactor() {
+        bool isNumber = false;
+        const double factor = qEnvironmentVariable("QT_SCALE_FACTOR").toDouble(&isNumber);
+        return isNumber ? factor : 1.0;
+    }
+
     // Everything the toolkit reports until it has nothing more to say.
     static std::vector<services::Event> takeWaitingEvents() {
         std::vector<services::Event> events;
