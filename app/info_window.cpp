@@ -45,7 +45,7 @@ void waitUntilClosed() {
     }
 }
 
-void showText(int width, int height, TextView text) {
+void showText(int width, int height, services::TextExtent extent, TextView text) {
     const services::WindowRow row = {
         .number = infoWindow,
         .x = 1,
@@ -56,8 +56,8 @@ void showText(int width, int height, TextView text) {
         .owner = services::mainWindow,
     };
     if (!services::openWindow(row)) return;
-    services::createTextView(infoWindow, infoTextControl, textBox(width, height),
-                             "Programminfo"_l1);
+    services::createTextView(infoWindow, infoTextControl, textBox(width, height), "Programminfo"_l1,
+                             extent);
     services::setControlText(infoWindow, infoTextControl, text);
     services::keyboardShortcut(infoWindow, services::escapeKey, escapeItem);
     services::showWindow(infoWindow);
@@ -84,13 +84,13 @@ TextView infoText() {
 }
 
 void showInfoBox() {
-    showText(38 * characterWidth(), 9 * lineHeight(), infoText());
+    showText(38 * characterWidth(), 9 * lineHeight(), {.columns = 36, .lines = 7}, infoText());
 }
 
 void showHelpWindow() {
     int width = 95 * characterWidth();
     if (width > settings::state.windowWidth) width = withinWindow(settings::state.windowWidth);
-    showText(width, withinWindow(settings::state.windowHeight), helpText());
+    showText(width, withinWindow(settings::state.windowHeight), {.columns = 93}, helpText());
 }
 
 }  // namespace app

@@ -39,8 +39,14 @@ void createTextField(int window, int control, const Box& box, TextView text,
                      TextView accessibleName, TextView tooltip);
 
 // Several lines to read, select, copy and scroll, in a font of fixed width; not wrapped. CR, LF and
-// CR LF each end a line.
-void createTextView(int window, int control, const Box& box, TextView accessibleName);
+// CR LF each end a line. The font becomes smaller, by a quarter at most, where the box would not
+// hold so many characters and lines otherwise; 0 asks for nothing.
+struct TextExtent {
+    int columns = 0;
+    int lines = 0;
+};
+void createTextView(int window, int control, const Box& box, TextView accessibleName,
+                    TextExtent wanted = {});
 
 struct ListColumn {
     TextView title;

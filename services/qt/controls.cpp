@@ -21,15 +21,6 @@ QRect rectangle(const Box& box) {
     return {box.x, box.y, box.width, box.height};
 }
 
-// The control of that kind, or nothing.
-template <typename Widget>
-Widget* findControl(int window, int control) {
-    const qt::ToolkitWindow* found = qt::findWindow(window);
-    if (found == nullptr) return nullptr;
-    const auto entry = found->controls.find(control);
-    return entry == found->controls.end() ? nullptr : dynamic_cast<Widget*>(entry->second);
-}
-
 template <typename Widget>
 Widget* addControl(qt::ToolkitWindow& window, int control, const Box& box) {
     auto* widget = new Widget(window.content);
@@ -108,16 +99,58 @@ void createTextField(int window, int control, const Box& box, TextView text,
                      [window, control] { postAction(window, control, edited); });
 }
 
-void createTextView(int window, int control, const Box& box, TextView accessibleName) {
+namespace {
+
+bool holds(const Box& box, TextExtent wanted, const QFont& font) {
+    const QFontMetrics metrics(font);
+    return metrics.horizontalAdvance(QString(wanted.columns, QLatin1Char('m'))) < box.width &&
+           metrics.lineSpacing() * wanted.lines <= box.height;
+}
+
+// The toolkit lays a text out before it has its size, gives that small view both scroll bars, and
+// afterwards each of them takes the room that keeps the other.
+class ReadOnlyText : public QPlainTextEdit {
+  public:
+    using QPlainTextEdit::QPlainTextEdit;
+
+  protected:
+    void showEvent(QShowEvent* event) override {
+        QPlainTextEdit::showEvent(event);
+        for (const auto policy : {Qt::ScrollBarAlwaysOff, Qt::ScrollBarAsNeeded}) {
+            setHorizontalScrollBarPolicy(policy);
+            setVerticalScrollBarPolicy(policy);
+        }
+    }
+};
+
+QFont fixedFont(const Box& box, TextExtent wanted) {
+    QFont font = QFontDatabase::systemFont(QFontDatabase::FixedFont);
+    const int largest = QFontInfo(font).pixelSize();
+    for (int size = largest - 1; size >= largest - largest / 4; --size) {
+        if (holds(box, wanted, font)) break;
+        font.setPixelSize(size);
+    }
+    return font;
+}
+
+}  // namespace
+
+void createTextView(int window, int control, const Box& box, TextView accessibleName,
+                    TextExtent wanted) {
     qt::ToolkitWindow* found = qt::findWindow(window);
     if (found == nullptr) return;
-    auto* view = addControl<QPlainTextEdit>(*found, control, box);
+    auto* view = addControl<ReadOnlyText>(*found, control, box);
     view->setReadOnly(true);
     view->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
     view->setLineWrapMode(QPlainTextEdit::NoWrap);
     view->setTabChangesFocus(true);
     view->setUndoRedoEnabled(false);
-    view->setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
+    view->setFont(fixedFont(box, wanted));
+    if (wanted.columns > 0 || wanted.lines > 0) {
+        // The box is measured for the text alone.
+        view->setFrameShape(QFrame::NoFrame);
+        view->document()->setDocumentMargin(0);
+    }
     view->setAccessibleName(qt::toQString(accessibleName));
 }
 
@@ -152,7 +185,7 @@ void createList(int window, int control, const Box& box, std::span<const ListCol
 }
 
 void fillList(int window, int control, int rows, ListCell cell) {
-    auto* view = findControl<QTreeView>(window, control);
+    auto* view = qt::findControl<QTreeView>(window, control);
     if (view == nullptr) return;
     const int position = view->verticalScrollBar()->value();
     modelOf(*view)->fill(rows, std::move(cell));
@@ -162,7 +195,7 @@ void fillList(int window, int control, int rows, ListCell cell) {
 }
 
 std::vector<int> chosenRows(int window, int control) {
-    const auto* view = findControl<QTreeView>(window, control);
+    const auto* view = qt::findControl<QTreeView>(window, control);
     if (view == nullptr) return {};
     std::vector<int> rows;
     for (const QModelIndex& index : view->selectionModel()->selectedRows()) {
@@ -173,7 +206,7 @@ std::vector<int> chosenRows(int window, int control) {
 }
 
 int highlightedRow(int window, int control) {
-    const auto* view = findControl<QTreeView>(window, control);
+    const auto* view = qt::findControl<QTreeView>(window, control);
     if (view == nullptr) return -1;
     const QModelIndex current = view->currentIndex();
     if (current.isValid() && view->selectionModel()->isRowSelected(current.row(), {})) {
@@ -184,7 +217,7 @@ int highlightedRow(int window, int control) {
 }
 
 void highlightRow(int window, int control, int row) {
-    auto* view = findControl<QTreeView>(window, control);
+    auto* view = qt::findControl<QTreeView>(window, control);
     if (view == nullptr || row < 0 || row >= view->model()->rowCount()) return;
     const QModelIndex index = view->model()->index(row, 0);
     view->selectionModel()->setCurrentIndex(
@@ -193,36 +226,38 @@ void highlightRow(int window, int control, int row) {
 }
 
 void placeControl(int window, int control, const Box& box) {
-    if (auto* widget = findControl<QWidget>(window, control)) widget->setGeometry(rectangle(box));
+    if (auto* widget = qt::findControl<QWidget>(window, control))
+        widget->setGeometry(rectangle(box));
 }
 
 Text controlText(int window, int control) {
-    if (const auto* button = findControl<QPushButton>(window, control)) {
+    if (const auto* button = qt::findControl<QPushButton>(window, control)) {
         return toText(button->accessibleName());
     }
-    if (const auto* label = findControl<QLabel>(window, control)) return toText(label->text());
-    if (const auto* field = findControl<QLineEdit>(window, control)) return toText(field->text());
-    if (const auto* view = findControl<QPlainTextEdit>(window, control)) {
+    if (const auto* label = qt::findControl<QLabel>(window, control)) return toText(label->text());
+    if (const auto* field = qt::findControl<QLineEdit>(window, control))
+        return toText(field->text());
+    if (const auto* view = qt::findControl<QPlainTextEdit>(window, control)) {
         return toText(view->toPlainText());
     }
     return {};
 }
 
 void setControlText(int window, int control, TextView text) {
-    if (auto* button = findControl<QPushButton>(window, control)) {
+    if (auto* button = qt::findControl<QPushButton>(window, control)) {
         button->setText(qt::toPlainLabel(text));
         button->setAccessibleName(qt::toQString(text));
-    } else if (auto* label = findControl<QLabel>(window, control)) {
+    } else if (auto* label = qt::findControl<QLabel>(window, control)) {
         label->setText(qt::toQString(text));
-    } else if (auto* field = findControl<QLineEdit>(window, control)) {
+    } else if (auto* field = qt::findControl<QLineEdit>(window, control)) {
         field->setText(qt::toQString(text));
-    } else if (auto* view = findControl<QPlainTextEdit>(window, control)) {
+    } else if (auto* view = qt::findControl<QPlainTextEdit>(window, control)) {
         view->setPlainText(qt::toQString(text));
     }
 }
 
 void appendControlText(int window, int control, TextView text) {
-    auto* view = findControl<QPlainTextEdit>(window, control);
+    auto* view = qt::findControl<QPlainTextEdit>(window, control);
     if (view == nullptr) return;
     QTextCursor end(view->document());
     end.movePosition(QTextCursor::End);
@@ -231,7 +266,7 @@ void appendControlText(int window, int control, TextView text) {
 }
 
 void focusControl(int window, int control) {
-    auto* widget = findControl<QWidget>(window, control);
+    auto* widget = qt::findControl<QWidget>(window, control);
     if (widget == nullptr) return;
     widget->setFocus();
     if (auto* field = qobject_cast<QLineEdit*>(widget)) field->selectAll();

@@ -59,6 +59,8 @@ TEST_F(InfoWindow, OfTheVersionHasItsPlaceSizeAndText) {
         "Homepage: kurbelbuch.example\r\nE-Mail: post@kurbelbuch.example\r\n"
         "Mastodon: @kurbelbuch@social.example",
         text.text);
+    EXPECT_EQ(36, text.wanted.columns);
+    EXPECT_EQ(7, text.wanted.lines);
     EXPECT_EQ(app::infoTextControl, box.focus);
 }
 
@@ -70,6 +72,7 @@ TEST_F(InfoWindow, OfTheHelpShowsTheHelpText) {
     EXPECT_EQ(1, help.row.y);
     EXPECT_EQ((std::map<int, int>{{services::escapeKey, 99}}), help.shortcuts);
     EXPECT_EQ(app::helpText(), help.controls.at(app::infoTextControl).text);
+    EXPECT_EQ(93, help.controls.at(app::infoTextControl).wanted.columns);
 }
 
 TEST_F(InfoWindow, OfTheHelpFollowsTheRulesOfItsSize) {

@@ -252,8 +252,11 @@ void createTextField(int window, int control, const Box& box, TextView text,
     record.tooltip = Text(tooltip);
 }
 
-void createTextView(int window, int control, const Box& box, TextView accessibleName) {
-    newControl(window, control, box).name = Text(accessibleName);
+void createTextView(int window, int control, const Box& box, TextView accessibleName,
+                    TextExtent wanted) {
+    stand_ins::ControlRecord& record = newControl(window, control, box);
+    record.name = Text(accessibleName);
+    record.wanted = wanted;
 }
 
 void createList(int window, int control, const Box& box, std::span<const ListColumn> columns,

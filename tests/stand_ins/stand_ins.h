@@ -72,6 +72,7 @@ struct ControlRecord {
     std::vector<services::Text> columns;  // lists: titles
     std::vector<int> columnWidths;
     bool severalRows = false;
+    services::TextExtent wanted;  // text views
     int rows = 0;
     services::ListCell cell;
     std::vector<int> chosen;  // ascending; a test chooses rows by assigning this
