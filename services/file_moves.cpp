@@ -17,8 +17,7 @@ constexpr std::size_t copyBlockSize = std::size_t{1} << 20U;
 
 // What a system call says about a service the file system lacks, whichever word it chooses.
 bool isUnsupported(int error) {
-    return error == EINVAL || error == ENOSYS || error == EPERM || error == ENOTSUP ||
-           error == EOPNOTSUPP;
+    return error == EINVAL || error == ENOSYS || error == EPERM || error == EOPNOTSUPP;
 }
 
 // True for anything of that name, a dangling link too. What can't be looked at counts as existing.

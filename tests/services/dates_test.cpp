@@ -32,6 +32,8 @@ const Row rows[] = {
     {"leap day of a 400th year", 951782400, "29.02.2000 00:00:00"},
     {"day after the leap day", 951868800, "01.03.2000 00:00:00"},
     {"a training", 1362506649, "05.03.2013 18:04:09"},
+    {"a full hour", 64800, "01.01.1970 18:00:00"},
+    {"a full minute", 86340, "01.01.1970 23:59:00"},
     {"largest of 32 bits", INT32_MAX, "19.01.2038 03:14:07"},
     {"smallest of 32 bits", INT32_MIN, "13.12.1901 20:45:52"},
     {"no leap day in 2100", 4107542400, "01.03.2100 00:00:00"},
@@ -99,6 +101,12 @@ TEST(Dates, FieldsBeyondTheirRangeCarryOver) {
     EXPECT_EQ(makeDate(2014, 1, 5, 0, 0, 0), makeDate(2013, 13, 5, 0, 0, 0));
     EXPECT_EQ(makeDate(2012, 12, 5, 0, 0, 0), makeDate(2013, 0, 5, 0, 0, 0));
     EXPECT_EQ(makeDate(2011, 11, 5, 0, 0, 0), makeDate(2013, -13, 5, 0, 0, 0));
+    for (int month = -100; month <= 100; ++month) {
+        const int years = (month + 1199) / 12 - 100;  // January of year 0 is month 1
+        EXPECT_EQ(makeDate(2013 + years, month - 12 * years, 5, 0, 0, 0),
+                  makeDate(2013, month, 5, 0, 0, 0))
+            << month;
+    }
     EXPECT_EQ(makeDate(2013, 3, 1, 0, 0, 0), makeDate(2013, 2, 29, 0, 0, 0));
     EXPECT_EQ(makeDate(2013, 2, 28, 0, 0, 0), makeDate(2013, 3, 0, 0, 0, 0));
     EXPECT_EQ(makeDate(2013, 3, 6, 1, 0, 0), makeDate(2013, 3, 5, 25, 0, 0));

@@ -138,4 +138,38 @@ TEST(EventQueue, AQueueOfNothingButCloseRequestsStaysBounded) {
     EXPECT_EQ(0, queue.events.front().window);
 }
 
+TEST(EventQueue, TakingFromAnEmptyOneChangesNothing) {
+    EventQueue queue;
+    EXPECT_EQ(EventKind::none, takeEvent(queue).kind);
+    EXPECT_EQ(EventKind::none, takeEvent(queue).kind);
+    EXPECT_TRUE(queue.events.empty());
+    postEvent(queue, menuEvent(5));
+    EXPECT_EQ(1U, queue.events.size());
+    EXPECT_EQ(5, takeEvent(queue).item);
+}
+
+TEST(EventQueue, ATickIsNoMenuEventOfItsNumber) {
+    EventQueue queue;
+    postEvent(queue, menuEvent(1));
+    postEvent(queue, tick(0, 1));
+    EXPECT_EQ((std::vector{EventKind::menu, EventKind::timer}), kindsOf(queue));
+}
+
+TEST(EventQueue, OnlyTheMenuQuits) {
+    EventQueue queue = fullQueue();
+    postEvent(queue, {.kind = EventKind::control, .item = services::quitItem});
+    ASSERT_EQ(eventQueueLimit, queue.events.size());
+    EXPECT_EQ(EventKind::menu, queue.events.back().kind);
+}
+
+TEST(EventQueue, AFullOneStillMerges) {
+    EventQueue queue;
+    postEvent(queue, frameEvent(EventKind::resize, 0, 1));
+    for (std::size_t i = 1; i < eventQueueLimit; ++i)
+        postEvent(queue, {.kind = EventKind::click, .window = 1});
+    postEvent(queue, frameEvent(EventKind::resize, 0, 2));
+    ASSERT_EQ(eventQueueLimit, queue.events.size());
+    EXPECT_EQ(2, queue.events.front().data);
+}
+
 }  // namespace

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdint>
+
 namespace {
 
 using services::operator""_l1;
@@ -68,6 +70,45 @@ TEST(Latin1, Utf8IsReadStrictly) {
         EXPECT_EQ(row.latin1, utf8ToLatin1(row.utf8)) << row.name;
         EXPECT_EQ(row.valid, isUtf8(row.utf8)) << row.name;
         EXPECT_EQ(row.withinLatin1, isUtf8WithinLatin1(row.utf8)) << row.name;
+    }
+}
+
+std::string utf8Of(char32_t character) {
+    const auto byte = [](char32_t bits) {
+        return static_cast<char>(static_cast<unsigned char>(bits));
+    };
+    if (character < 0x80) return {byte(character)};
+    if (character < 0x800) return {byte(0xC0 + character / 64), byte(0x80 + character % 64)};
+    if (character < 0x10000) {
+        return {byte(0xE0 + character / 4096), byte(0x80 + character / 64 % 64),
+                byte(0x80 + character % 64)};
+    }
+    return {byte(0xF0 + character / 262144), byte(0x80 + character / 4096 % 64),
+            byte(0x80 + character / 64 % 64), byte(0x80 + character % 64)};
+}
+
+TEST(Latin1, EveryCharacterOfUtf8IsKnown) {
+    for (char32_t character = 0; character < 0x110000; ++character) {
+        const std::string utf8 = utf8Of(character);
+        const bool surrogate = character >= 0xD800 && character < 0xE000;
+        ASSERT_EQ(!surrogate, isUtf8(utf8)) << std::uint32_t{character};
+        ASSERT_EQ(character <= 0xFF, isUtf8WithinLatin1(utf8)) << std::uint32_t{character};
+        if (surrogate) continue;
+        const Text expected(1, character <= 0xFF ? static_cast<char>(character) : '?');
+        ASSERT_EQ(expected, utf8ToLatin1(utf8)) << std::uint32_t{character};
+    }
+}
+
+TEST(Latin1, NothingIsReadBehindTheEnd) {
+    for (const char32_t character : {U'\u00FC', U'\u20AC', U'\U0001F6B2'}) {
+        const std::string whole = utf8Of(character);
+        for (std::size_t length = 1; length < whole.size(); ++length) {
+            const std::string_view cut = std::string_view(whole).substr(0, length);
+            EXPECT_FALSE(isUtf8(cut)) << length;
+            EXPECT_EQ(Text(length, '?'), utf8ToLatin1(cut));
+            const std::string behindOthers = "ab" + whole;
+            EXPECT_FALSE(isUtf8(std::string_view(behindOthers).substr(0, 2 + length))) << length;
+        }
     }
 }
 

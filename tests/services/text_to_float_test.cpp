@@ -103,6 +103,39 @@ TEST(TextToFloat, RoundsOnceFromTheDigitsToThirtyTwoBits) {
         expectRow(row);
 }
 
+// All digits of a number that is a double; the C library writes them exactly.
+Text exactText(double value) {
+    char text[200];
+    std::snprintf(text, sizeof text, "%.150f", value);
+    return text;
+}
+
+// No numbers have longer decimals than the middles between the smallest normal floats: here 113
+// significant digits behind 37 zeros.
+TEST(TextToFloat, TheLastOfAHundredAndThirteenDigitsDecides) {
+    const double step = smallest;
+    const float odd = static_cast<float>(((1 << 24) - 1) * step);
+    const float evenAbove = std::nextafter(odd, 1.0F);
+    const float evenBelow = std::nextafter(odd, 0.0F);
+    const Text upper = exactText(((1 << 24) - 0.5) * step);
+    const Text lower = exactText(((1 << 24) - 1.5) * step);
+    ASSERT_EQ('5', upper.back());
+    ASSERT_EQ(113U, upper.size() - upper.find_first_not_of("0."));
+    const Text aLittleLess = upper.substr(0, upper.size() - 1) + "4";
+    const Row rows[] = {
+        {"tie to even, up", upper, evenAbove},
+        {"less by the last digit", aLittleLess, odd},
+        {"less by much less", aLittleLess + Text(300, '9'), odd},
+        {"more by a digit far behind", upper + Text(300, '0') + "1", evenAbove},
+        {"tie to even, down", lower, evenBelow},
+        {"down, more by the next digit", lower + "1", odd},
+        {"down, more by a digit far behind", lower + Text(300, '0') + "1", odd},
+        {"down, zeros behind", lower + Text(300, '0'), evenBelow},
+    };
+    for (const Row& row : rows)
+        expectRow(row);
+}
+
 TEST(TextToFloat, BeyondTheRangeLieInfinityAndZero) {
     const Row rows[] = {
         {"largest", "3.4028234663852886e38", largest},

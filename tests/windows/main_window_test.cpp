@@ -31,13 +31,6 @@ class MainWindow : public WindowTest {
         }
         return nullptr;
     }
-
-    static QWidget* imageWidget() {
-        for (QWidget* child : widget()->findChildren<QWidget*>()) {
-            if (child->accessibleName() == QLatin1String("Diagramm")) return child;
-        }
-        return nullptr;
-    }
 };
 
 TEST_F(MainWindow, HasTheWantedSizeBelowItsMenuBar) {
@@ -144,13 +137,15 @@ TEST_F(MainWindow, ShowsThePictureAndFillsWhatItDoesNotCoverWithWhite) {
     openWithMenu();
     takeWaitingEvents();
     services::Surface surface;
-    services::resizeSurface(surface, 100, 50, 1.0);
+    services::resizeSurface(surface, 100, 50, scaleFactor());
     services::fillSurface(surface, services::rgb(10, 20, 30));
     services::showImage(services::mainWindow, image, surface);
     const QImage shown = imageWidget()->grab().toImage();
-    EXPECT_EQ(QColor(10, 20, 30), shown.pixelColor(99, 49));
-    EXPECT_EQ(QColor(Qt::white), shown.pixelColor(100, 49));
-    EXPECT_EQ(QColor(Qt::white), shown.pixelColor(99, 50));
+    const int right = surface.deviceWidth;
+    const int bottom = surface.deviceHeight;
+    EXPECT_EQ(QColor(10, 20, 30), shown.pixelColor(right - 1, bottom - 1));
+    EXPECT_EQ(QColor(Qt::white), shown.pixelColor(right, bottom - 1));
+    EXPECT_EQ(QColor(Qt::white), shown.pixelColor(right - 1, bottom));
 }
 
 TEST_F(MainWindow, TheImageDescribesItselfToScreenReaders) {

@@ -4,9 +4,11 @@
 #include <QColorDialog>
 #include <QFileDialog>
 #include <QLabel>
+#include <QLineEdit>
 #include <QMessageBox>
 #include <QPushButton>
 #include <QTemporaryDir>
+#include <QTest>
 #include <QTimer>
 
 #include "tests/windows/window_test.h"
@@ -32,7 +34,24 @@ QStringList buttonTexts(const QWidget* dialog) {
     return texts;
 }
 
-class Requesters : public WindowTest {};
+class Requesters : public WindowTest {
+  protected:
+    // Answers the save-file requester with what it proposes, or with what is typed instead.
+    static services::Path save(const QTemporaryDir& place, const QString& typed = {}) {
+        whenOpen([typed](QWidget* dialog) {
+            auto* const requester = qobject_cast<QFileDialog*>(dialog);
+            ASSERT_NE(nullptr, requester);
+            auto* const name = requester->findChild<QLineEdit*>();
+            if (!typed.isEmpty()) name->setText(typed);
+            QMetaObject::invokeMethod(requester, "accept");
+            if (requester->isVisible()) requester->reject();  // it found nothing to accept
+        });
+        return services::chooseSaveFile("Speichern", place.path().toStdString() + "/",
+                                        "\xDC"
+                                        "bersicht.csv",
+                                        "*.csv");
+    }
+};
 
 TEST_F(Requesters, AMessageHasOneOkButtonAndPlainText) {
     QStringList buttons;
@@ -107,6 +126,95 @@ TEST_F(Requesters, ADirectoryIsChosenWithASlashAtItsEndAndItsLinksResolved) {
 TEST_F(Requesters, ACancelledDirectoryRequesterGivesNothing) {
     whenOpen([](QWidget* dialog) { dialog->close(); });
     EXPECT_EQ("", services::chooseDirectory("Titel", "/"));
+}
+
+TEST_F(Requesters, AFileToSaveHasTheProposedNameOrTheTypedOneAsItIs) {
+    const QTemporaryDir place;
+    ASSERT_TRUE(place.isValid());
+    const std::string directory = place.path().toStdString();
+    EXPECT_EQ(directory + "/Übersicht.csv", save(place));
+    EXPECT_EQ(directory + "/andere", save(place, QStringLiteral("andere")));
+    EXPECT_EQ(directory + "/Łódź.txt", save(place, QStringLiteral("Łódź.txt")));
+}
+
+TEST_F(Requesters, AFileToSaveIsAskedForInItsDirectoryAmongItsKind) {
+    const QTemporaryDir place;
+    QString title;
+    QString start;
+    QStringList patterns;
+    QFileDialog::AcceptMode mode = QFileDialog::AcceptOpen;
+    whenOpen([&](QWidget* dialog) {
+        auto* const requester = qobject_cast<QFileDialog*>(dialog);
+        ASSERT_NE(nullptr, requester);
+        title = requester->windowTitle();
+        start = requester->directory().path();
+        patterns = requester->nameFilters();
+        mode = requester->acceptMode();
+        requester->reject();
+    });
+    EXPECT_EQ("", services::chooseSaveFile("S\xE4uern", place.path().toStdString() + "/", "a.csv",
+                                           "*.csv"));
+    EXPECT_EQ(QStringLiteral("Säuern"), title);
+    EXPECT_EQ(place.path(), start);
+    EXPECT_EQ(QStringList{"*.csv"}, patterns);
+    EXPECT_EQ(QFileDialog::AcceptSave, mode);
+}
+
+TEST_F(Requesters, ADirectoryIsAskedForAmongDirectoriesAlone) {
+    const QTemporaryDir place;
+    whenOpen([&](QWidget* dialog) {
+        auto* const requester = qobject_cast<QFileDialog*>(dialog);
+        ASSERT_NE(nullptr, requester);
+        EXPECT_EQ(place.path(), requester->directory().path());
+        EXPECT_EQ(QFileDialog::Directory, requester->fileMode());
+        EXPECT_TRUE(requester->testOption(QFileDialog::ShowDirsOnly));
+        requester->reject();
+    });
+    EXPECT_EQ("", services::chooseDirectory("Titel", place.path().toStdString() + "/"));
+}
+
+TEST_F(Requesters, AColourIsTheChosenOne) {
+    whenOpen([](QWidget* dialog) {
+        auto* const requester = qobject_cast<QColorDialog*>(dialog);
+        ASSERT_NE(nullptr, requester);
+        EXPECT_EQ(QColor(1, 2, 3), requester->currentColor());
+        requester->setCurrentColor(QColor(200, 90, 10));
+        requester->accept();
+    });
+    EXPECT_EQ(services::rgb(200, 90, 10), services::chooseColour(services::rgb(1, 2, 3)));
+}
+
+TEST_F(Requesters, BelongToTheActiveWindowOrElseToTheMainOne) {
+    openMainWindow();
+    const QWidget* owner = nullptr;
+    const auto look = [&](QWidget* box) {
+        owner = box->parentWidget();
+        box->close();
+    };
+    whenOpen(look);
+    services::showMessage("Fehler", "x");
+    EXPECT_EQ(widget(), owner);
+    services::showWindow(services::mainWindow);
+    ASSERT_TRUE(services::openWindow({.number = services::listWindow,
+                                      .width = 90,
+                                      .height = 50,
+                                      .title = "Liste",
+                                      .owner = services::mainWindow}));
+    services::showWindow(services::listWindow);
+    QApplication::processEvents();
+    QWidget* const active = QApplication::activeWindow();
+    ASSERT_NE(nullptr, active);
+    EXPECT_EQ(QStringLiteral("Liste"), active->windowTitle());
+    whenOpen(look);
+    services::showMessage("Fehler", "x");
+    EXPECT_EQ(active, owner);
+}
+
+TEST_F(Requesters, AQuestionIsAnsweredNoByEscapeAndByReturn) {
+    for (const Qt::Key key : {Qt::Key_Escape, Qt::Key_Return}) {
+        whenOpen([key](QWidget* dialog) { QTest::keyClick(dialog, key); });
+        EXPECT_FALSE(services::askYesNo("Frage", "Wirklich?"));
+    }
 }
 
 TEST_F(Requesters, TheToolkitsOwnRequestersAreGermanUnderEveryLocale) {
