@@ -21,8 +21,10 @@ namespace {
 bool chooseTrainings(ListMode mode) {
     if (!ensureDeviceTree()) return false;
     device::loadDictionary();
-    files::openTrainingList(mode, services::windowWidth(services::mainWindow),
-                            services::windowHeight(services::mainWindow));
+    const files::ListResult result =
+        files::openTrainingList(mode, services::windowWidth(services::mainWindow),
+                                services::windowHeight(services::mainWindow));
+    if (result == files::ListResult::notOpened) return false;
     catchUpWithWindow();
     return true;
 }

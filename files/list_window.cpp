@@ -294,7 +294,7 @@ ListResult openTrainingList(ListMode mode, int mainWidth, int mainHeight) {
                  .font = {.characterWidth = services::textWidth("_"),
                           .textHeight = services::textHeight("_")}};
     list.buttonWidth = listButtonWidth(list.font, widestButtonText(mode));
-    if (!openListWindow(list, mainWidth)) return list.result;
+    if (!openListWindow(list, mainWidth)) return ListResult::notOpened;
 
     createControls(list);
     fill(list);

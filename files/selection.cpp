@@ -38,12 +38,17 @@ void applyResult(std::vector<DictionaryRecord>& records, ListResult result, List
             setAllFlags(records, true);
             break;
         case ListResult::chosen:
+        case ListResult::notOpened:
             break;
         case ListResult::cancelled:
             setAllFlags(records, false);
             // Of a cancelled choice for the overview one training stays until the index is read
-            // again. That is intended: the overview is then as good as empty.
-            if (mode == ListMode::chooseMany && records.size() > 1) records.resize(1);
+            // again, an empty one where there was none. That is intended: the overview is then as
+            // good as empty.
+            if (mode == ListMode::chooseMany) {
+                records.resize(1);
+                records.front().selected = 0;
+            }
             break;
         case ListResult::year:
             selectLaterThan(records, yearAgo(now));

@@ -24,8 +24,9 @@ enum class ListResult {
     all = 0,     // left with nothing chosen, which means every training
     chosen = 1,  // the flags are what the rows or the Return key said
     cancelled = 2,
-    year = 3,   // the trainings of the last year
-    month = 4,  // the trainings of the last 31 days
+    year = 3,       // the trainings of the last year
+    month = 4,      // the trainings of the last 31 days
+    notOpened = 5,  // the window could not be opened, nothing has changed
 };
 
 // Nothing for a row outside the table.

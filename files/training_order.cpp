@@ -26,8 +26,11 @@ std::vector<std::size_t> orderByDescription(const std::vector<DictionaryRecord>&
 
     std::vector<std::size_t> order(records.size());
     std::iota(order.begin(), order.end(), std::size_t{0});
-    std::stable_sort(order.begin(), order.end(),
-                     [&](std::size_t a, std::size_t b) { return keys[a] > keys[b]; });
+    std::stable_sort(order.begin(), order.end(), [&](std::size_t a, std::size_t b) {
+        const int difference = keys[a].compare(keys[b]);
+        return difference > 0 ||
+               (difference == 0 && records[a].description > records[b].description);
+    });
 
     const auto earlier = [&](std::size_t a, std::size_t b) {
         return records[a].startDate < records[b].startDate;

@@ -50,17 +50,17 @@ constexpr std::array<TrainingColumn, trainingColumnCount> columnTable = {{
      [](const DictionaryRecord& record) {
          return rightAlign(floatToText(record.pulse, 1), 5, '0');
      }},
-    {"Watt/Puls"_l1, 8, 1.3, true, "0.00"_l1,
+    {"Watt/Puls"_l1, 8, 1.3, true, "000.00"_l1,
      [](const DictionaryRecord& record) {
          return rightAlign(floatToText(overviewValue(1, record), 2), 6);
      }},
-    {"Fitness"_l1, 7, 1.3, true, "0.000"_l1,
+    {"Fitness"_l1, 7, 1.3, true, "000.000"_l1,
      [](const DictionaryRecord& record) {
          return rightAlign(floatToText(overviewValue(0, record), 3), 7);
      }},
     {"RPM"_l1, 5.63, 1.3, true, "000.0"_l1,
      [](const DictionaryRecord& record) { return rightAlign(floatToText(record.rpm, 1), 5); }},
-    {"RPM/Puls"_l1, 9, 1.3, true, "0.00"_l1,
+    {"RPM/Puls"_l1, 9, 1.3, true, "000000.00"_l1,
      [](const DictionaryRecord& record) {
          return rightAlign(floatToText(overviewValue(2, record), 2), 9);
      }},

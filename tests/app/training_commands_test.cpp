@@ -116,6 +116,16 @@ TEST_F(TrainingCommands, DateiOeffnenAlsoTurnsToTheTrainingChartWhenItIsCancelle
     expectOptionsOf(charts::ChartKind::training);
 }
 
+TEST_F(TrainingCommands, NothingHappensWhenTheListCannotBeOpened) {
+    world.windowsOpen = false;
+    const int shown = world.windows[services::mainWindow].imagesShown;
+    for (const int item : {3, 21, 22, 31, 32})
+        choose(item);
+    EXPECT_EQ(charts::ChartKind::overview, app::state.currentChart);
+    EXPECT_EQ((std::vector<int>{1, 1, 1}), selection());
+    EXPECT_EQ(shown, world.windows[services::mainWindow].imagesShown);
+}
+
 TEST_F(TrainingCommands, AFileThatVanishedIsReported) {
     world.events = {doubleClick(2)};
     world.beforeEvent = [](int) { std::filesystem::remove("0000000000000001"); };

@@ -84,7 +84,8 @@ TEST(Selection, CancellingTheOverviewsChoiceCutsTheTableToItsFirstRecord) {
 
     std::vector<DictionaryRecord> none;
     files::applyResult(none, ListResult::cancelled, ListMode::chooseMany, 0);
-    EXPECT_TRUE(none.empty());
+    EXPECT_EQ(flags(none), "0");
+    EXPECT_EQ(none[0].fileName, "");
 }
 
 TEST(Selection, TheMonthIs31DaysBackFromThePresentSecond) {

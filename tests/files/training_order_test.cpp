@@ -76,14 +76,17 @@ TEST(TrainingOrder, LetterCaseDoesNotCount) {
               "u U z z2");
 }
 
-TEST(TrainingOrder, DescriptionsThatDifferOnlyInCaseKeepTheirOrder) {
-    EXPECT_EQ(sorted({{"rad", 3, "first"},
-                      {"RAD", 1, "second"},
-                      {"Rad", 2, "third"},
+TEST(TrainingOrder, DescriptionsThatDifferOnlyInCaseAreGroupsOfTheirOwn) {
+    EXPECT_EQ(sorted({{"Rad", 3, "Rad3"},
+                      {"RAD", 4, "RAD4"},
+                      {"rad", 2, "rad2"},
+                      {"RAD", 1, "RAD1"},
+                      {"Rad", 5, "Rad5"},
+                      {"rad", 0, "rad0"},
                       {"aus", 9, "x"},
                       {"aus", 10, "y"}},
                      SortMode::byDescription),
-              "first second third x y");
+              "rad0 rad2 Rad3 Rad5 RAD1 RAD4 x y");
 }
 
 TEST(TrainingOrder, ALastRecordOfItsOwnIsSortedIntoTheGroupBeforeIt) {
