@@ -17,7 +17,8 @@ namespace services {
 enum ControlAction : int {
     pressed = 0,        // a button
     edited = 1,         // a text field's text changed, by the user or by setControlText
-    clicked = 2,        // a row of a list (headers and the room beside the rows report nothing)
+    clicked = 2,        // a row of a list, as the button goes down (headers and the room beside the
+                        // rows report nothing)
     doubleClicked = 3,  // a row of a list
 };
 

@@ -175,7 +175,8 @@ void createList(int window, int control, const Box& box, std::span<const ListCol
     view->header()->setSectionsMovable(false);
     view->header()->setSectionsClickable(false);
     view->layOutColumns(columns);
-    QObject::connect(view, &QTreeView::clicked, view, [window, control](const QModelIndex& index) {
+    // Already when the button goes down: a choice drawn with the pointer ends in no click.
+    QObject::connect(view, &QTreeView::pressed, view, [window, control](const QModelIndex& index) {
         postAction(window, control, clicked, index.row());
     });
     QObject::connect(view, &QTreeView::doubleClicked, view,

@@ -215,6 +215,22 @@ TEST_F(Controls, SeveralRowsAreChosenWithControlAndShiftAndAllWithControlA) {
     EXPECT_EQ((std::vector<int>{0, 1, 2, 3, 4, 5}), chosen());
 }
 
+TEST_F(Controls, AChoiceDrawnWithThePointerIsReportedToo) {
+    QTreeView* view = openList(6);
+    const auto centre = [view](int row) {
+        return view->visualRect(view->model()->index(row, 0)).center();
+    };
+    QTest::mousePress(view->viewport(), Qt::LeftButton, {}, centre(1));
+    QMouseEvent move(QEvent::MouseMove, centre(4), view->viewport()->mapToGlobal(centre(4)),
+                     Qt::NoButton, Qt::LeftButton, Qt::NoModifier);
+    QApplication::sendEvent(view->viewport(), &move);
+    QTest::mouseRelease(view->viewport(), Qt::LeftButton, {}, centre(4));
+    EXPECT_EQ((std::vector<int>{1, 2, 3, 4}), chosen());
+    const std::vector<Event> events = takeWaitingEvents();
+    ASSERT_EQ(1, count(events, EventKind::control));
+    EXPECT_EQ(services::clicked, events.back().data);
+}
+
 TEST_F(Controls, AListOfOneChoiceKeepsToOneRow) {
     QTreeView* view = openList(6, false);
     click(view, 1);
