@@ -68,8 +68,8 @@ void createImageControl(int window, int control, TextView accessibleName);
 void showImage(int window, int control, const Surface& surface);
 void describeControl(int window, int control, TextView accessibleDescription);
 
-// Lets the windows repaint in the middle of a long action; what the user does meanwhile waits as
-// events.
+// Lets the windows repaint in the middle of a long action, some 50 times a second however often it
+// is called; what the user does meanwhile waits as events.
 void letWindowsRepaint();
 
 void startWindowTimer(int window, int timer, int milliseconds);

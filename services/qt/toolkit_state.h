@@ -4,6 +4,7 @@
 
 #include <QAction>
 #include <QApplication>
+#include <QElapsedTimer>
 #include <QEventLoop>
 #include <QImage>
 #include <QLabel>
@@ -78,6 +79,7 @@ struct ToolkitState {
     std::map<int, QPointer<ToolkitWindow>> windows;
     std::array<QPointer<QAction>, menuItemLimit> actions = {};
     EventQueue queue;
+    QElapsedTimer lastRepaint;      // of letWindowsRepaint
     QEventLoop* waiting = nullptr;  // the loop of waitEvent while it blocks
 };
 

@@ -118,7 +118,10 @@ void drawText(Surface& surface, int x, int y, TextView text, Colour colour) {
     world.texts.push_back({x, y, Text(text), colour});
 }
 
-void dropWaitingEvents() {}
+void dropWaitingEvents() {
+    for (; world.happenedEvents > 0 && !world.events.empty(); --world.happenedEvents)
+        world.events.pop_front();
+}
 
 Event waitEvent() {
     if (world.beforeEvent) world.beforeEvent(world.eventsWaitedFor);

@@ -104,6 +104,8 @@ struct World {
     // What waitEvent gives, in order. `beforeEvent` runs first, with the number of the call counted
     // from 0: the place to look at an open window or to choose its rows.
     std::deque<services::Event> events;
+    // So many of them, counted from the front, have happened already: dropWaitingEvents drops them.
+    std::size_t happenedEvents = 0;
     std::function<void(int call)> beforeEvent;
     int eventsWaitedFor = 0;
     int repaints = 0;

@@ -224,11 +224,32 @@ TEST_F(Windows, RepaintInTheMiddleOfALongAction) {
     services::resizeSurface(surface, 640, 480, 1.0);
     services::showImage(services::mainWindow, image, surface);
     EXPECT_EQ(0, counter.paints);
+    QTest::qSleep(25);  // the last repaint may have been just now
     clickLater();
     services::letWindowsRepaint();
     EXPECT_EQ(1, counter.paints);
     // What the user did meanwhile is not lost.
     EXPECT_EQ(1, count(takeWaitingEvents(), EventKind::click));
+}
+
+TEST_F(Windows, RepaintNoOftenerThanAnEyeCanFollow) {
+    show();
+    PaintCounter counter(imageWidget());
+    services::Surface surface;
+    services::resizeSurface(surface, 640, 480, 1.0);
+    constexpr int calls = 1000;
+    QElapsedTimer time;
+    time.start();
+    for (int i = 0; i < calls; ++i) {
+        services::showImage(services::mainWindow, image, surface);
+        services::letWindowsRepaint();
+    }
+    EXPECT_LE(counter.paints, 1 + time.elapsed() / 20);
+    QTest::qSleep(25);
+    const int before = counter.paints;
+    services::showImage(services::mainWindow, image, surface);
+    services::letWindowsRepaint();
+    EXPECT_EQ(before + 1, counter.paints);
 }
 
 TEST_F(Windows, ForgetWhatTheUserDidMeanwhile) {
