@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <iterator>
 #include <numeric>
+#include <unordered_map>
 #include <utility>
 
 namespace files {
@@ -26,10 +27,15 @@ std::vector<std::size_t> orderByDescription(const std::vector<DictionaryRecord>&
 
     std::vector<std::size_t> order(records.size());
     std::iota(order.begin(), order.end(), std::size_t{0});
+    // Of descriptions that differ in letter case alone, the one that comes first stays first, with
+    // all trainings that bear it.
+    std::unordered_map<services::TextView, std::size_t> firstOf;
+    std::vector<std::size_t> first(records.size());
+    for (std::size_t i = 0; i < records.size(); ++i)
+        first[i] = firstOf.try_emplace(records[i].description, i).first->second;
     std::stable_sort(order.begin(), order.end(), [&](std::size_t a, std::size_t b) {
         const int difference = keys[a].compare(keys[b]);
-        return difference > 0 ||
-               (difference == 0 && records[a].description > records[b].description);
+        return difference > 0 || (difference == 0 && first[a] < first[b]);
     });
 
     const auto earlier = [&](std::size_t a, std::size_t b) {

@@ -13,8 +13,8 @@ enum class SortMode {
     byDescription = 1,  // descending without regard to letter case, each description by date
 };
 
-// Descriptions that differ in letter case alone stand in descending order of their bytes, so that
-// the trainings of each are together. Trainings of one description and date keep their order.
+// Of descriptions that differ in letter case alone the first in the table stays the first, with all
+// trainings that bear it. Trainings of one description and date keep their order.
 void sortTrainings(std::vector<device::DictionaryRecord>& records, SortMode mode);
 
 // A to Z and the capital letters of Latin-1 as small letters, every other byte as it is.

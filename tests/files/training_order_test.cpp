@@ -86,7 +86,7 @@ TEST(TrainingOrder, DescriptionsThatDifferOnlyInCaseAreGroupsOfTheirOwn) {
                       {"aus", 9, "x"},
                       {"aus", 10, "y"}},
                      SortMode::byDescription),
-              "rad0 rad2 Rad3 Rad5 RAD1 RAD4 x y");
+              "Rad3 Rad5 RAD1 RAD4 rad0 rad2 x y");
 }
 
 TEST(TrainingOrder, ALastRecordOfItsOwnIsSortedIntoTheGroupBeforeIt) {
