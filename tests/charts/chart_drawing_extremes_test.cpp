@@ -7,10 +7,12 @@
 #include <vector>
 
 #include "charts/chart_drawing.h"
+#include "services/text.h"
 #include "tests/charts/chart_test.h"
 
 namespace {
 
+using services::operator""_l1;
 using charts::ChartKind;
 using charts::Option;
 using services::Surface;
@@ -38,12 +40,10 @@ class ChartExtremes : public chart_tests::ChartTest {
             charts::ValueSeries series;
             charts::computeSeries(kind, value, series);
             if (series.hasData) continue;
-            const auto texts = charts::valueTexts(value);
+            const charts::ValueTexts texts = charts::valueTexts(value).value();
             for (int option = 1; option <= charts::lastMarkOption; ++option) {
-                using services::operator""_l1;
-                services::Text text("Das Menü '"_l1);
-                text += texts->label;
-                text += "' enthält keine Daten!"_l1;
+                const services::Text text = services::concatenate("Das Menü '"_l1, texts.label,
+                                                                  "' enthält keine Daten!"_l1);
                 stand_ins::expectMessage("Fehler"_l1, text);
                 ++without;
             }
