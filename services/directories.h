@@ -17,7 +17,8 @@ bool createDirectory(PathView path);
 // Removes a file (never a directory). True on success.
 bool deleteFile(PathView path);
 
-// True when `path` is a regular file that can be opened for reading. Never blocks.
+// True when `path` is a regular file that may be opened for reading. It is not opened: asking never
+// blocks, and works even when the process can't open another file.
 bool canReadFile(PathView path);
 
 bool isDirectory(PathView path);

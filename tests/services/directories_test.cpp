@@ -1,5 +1,6 @@
 #include "services/directories.h"
 
+#include <sys/resource.h>
 #include <sys/stat.h>
 
 #include <fstream>
@@ -108,6 +109,17 @@ TEST_F(Directories, OnlyRegularFilesCanBeRead) {
     EXPECT_FALSE(canReadFile("dangling"));
     EXPECT_FALSE(canReadFile(""));
     EXPECT_FALSE(std::filesystem::exists("missing"));
+}
+
+TEST_F(Directories, ALackOfDescriptorsHidesNoFile) {
+    makeFile("file");
+    rlimit before{};
+    ASSERT_EQ(0, getrlimit(RLIMIT_NOFILE, &before));
+    const rlimit none = {.rlim_cur = 0, .rlim_max = before.rlim_max};
+    ASSERT_EQ(0, setrlimit(RLIMIT_NOFILE, &none));
+    const bool found = canReadFile("file");
+    ASSERT_EQ(0, setrlimit(RLIMIT_NOFILE, &before));
+    EXPECT_TRUE(found);
 }
 
 TEST_F(Directories, APathIsNotCutAtANulByte) {
