@@ -5,7 +5,6 @@
 #include "app/app_state.h"
 #include "charts/chart_description.h"
 #include "charts/chart_drawing.h"
-#include "charts/chart_options.h"
 #include "services/windows.h"
 #include "settings/settings_state.h"
 
@@ -15,10 +14,16 @@ using services::operator""_l1;
 
 namespace {
 
+void describePicture(services::TextView description) {
+    services::describeControl(services::mainWindow, chartImageControl, description);
+}
+
+// The picture becomes white.
 void fitImageToWindow() {
     services::resizeSurface(state.chartImage, settings::state.windowWidth,
                             settings::state.windowHeight,
                             services::windowPixelRatio(services::mainWindow));
+    describePicture(charts::describeEmptyPicture());
 }
 
 // On the screen that the window is on now.
@@ -29,9 +34,6 @@ bool imageHasSize(int width, int height) {
 
 void showChartImage() {
     services::showImage(services::mainWindow, chartImageControl, state.chartImage);
-    services::describeControl(
-        services::mainWindow, chartImageControl,
-        charts::describeChart(state.currentChart, charts::readMarkedOptions()));
 }
 
 }  // namespace
@@ -55,7 +57,10 @@ bool openMainWindow() {
 }
 
 void redraw() {
-    charts::drawChart(state.currentChart, state.chartImage);
+    charts::ShownChart shown;
+    if (charts::drawChart(state.currentChart, state.chartImage, &shown)) {
+        describePicture(charts::describeChart(shown));
+    }
     showChartImage();
 }
 

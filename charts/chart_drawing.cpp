@@ -12,6 +12,7 @@
 #include "charts/mark_painting.h"
 #include "device/device_state.h"
 #include "services/menus.h"
+#include "services/numbers.h"
 #include "services/requesters.h"
 #include "services/text.h"
 #include "services/text_drawing.h"
@@ -148,17 +149,22 @@ void drawMarks(services::Surface& surface, const Drawing& drawing) {
     drawOptions(firstMarkOption + 1, lastMarkOption);
 }
 
+// The opened training is the selected one of the index. Nothing when none is.
+const device::DictionaryRecord* openedTraining() {
+    const auto& records = device::state.dictionary;
+    const auto opened = std::find_if(records.begin(), records.end(),
+                                     [](const auto& record) { return record.selected != 0; });
+    return opened == records.end() ? nullptr : &*opened;
+}
+
 void drawBottomLine(services::Surface& surface, const Drawing& drawing, const ValueSeries& series) {
     if (drawing.kind == ChartKind::overview) {
         for (const PlacedText& text : overviewBottomLine(drawing.frame, series))
             draw(surface, text);
         return;
     }
-    // The opened training is the selected one of the index.
-    const auto& records = device::state.dictionary;
-    const auto opened = std::find_if(records.begin(), records.end(),
-                                     [](const auto& record) { return record.selected != 0; });
-    if (opened == records.end()) return;
+    const device::DictionaryRecord* opened = openedTraining();
+    if (opened == nullptr) return;
     for (const PlacedText& text : trainingBottomLine(drawing.frame, *opened))
         draw(surface, text);
 }
@@ -191,6 +197,28 @@ void drawTexts(services::Surface& surface, const Drawing& drawing) {
     }
 }
 
+// The dates of the overview are the series' own, as the bottom line shows them.
+ShownChart tellShown(const Drawing& drawing) {
+    ShownChart shown{.kind = drawing.kind, .marks = drawing.marks};
+    for (int value = drawing.range.first; value < drawing.range.end; ++value) {
+        if (!hasMarks(drawing.marks, value)) continue;
+        const ValueSeries& series = seriesOf(drawing, value);
+        if (!series.hasData) continue;
+        shown.values.push_back({value, series.minimum, series.maximum});
+        if (drawing.kind != ChartKind::overview) continue;
+        shown.trainings = static_cast<std::int64_t>(series.values.size());
+        shown.firstDate = services::roundToInt64(static_cast<double>(series.firstDate));
+        shown.lastDate = services::roundToInt64(static_cast<double>(series.lastDate));
+    }
+    if (const device::DictionaryRecord* opened = openedTraining();
+        opened != nullptr && drawing.kind == ChartKind::training) {
+        shown.training = opened->description;
+        shown.startDate = opened->startDate;
+        shown.endDate = opened->endDate;
+    }
+    return shown;
+}
+
 }  // namespace
 
 void computeSeries(ChartKind kind, int valueNumber, ValueSeries& series) {
@@ -206,7 +234,7 @@ void computeSeries(ChartKind kind, int valueNumber, ValueSeries& series) {
     }
 }
 
-bool drawChart(ChartKind kind, services::Surface& surface) {
+bool drawChart(ChartKind kind, services::Surface& surface, ShownChart* shown) {
     const std::size_t available = kind == ChartKind::overview ? device::state.dictionary.size()
                                                               : device::state.samples.size();
     if (available < 2) return false;
@@ -217,6 +245,7 @@ bool drawChart(ChartKind kind, services::Surface& surface) {
     drawMarks(surface, drawing);
     drawTexts(surface, drawing);
     paintFrame(surface, drawing.frame);
+    if (shown != nullptr) *shown = tellShown(drawing);
     return true;
 }
 

@@ -1,6 +1,7 @@
 // The charts themselves: what is marked in the menus, drawn from the tables, limits and colours.
 #pragma once
 
+#include "charts/chart_description.h"
 #include "charts/value_catalogue.h"
 #include "charts/value_series.h"
 #include "services/raster.h"
@@ -13,7 +14,7 @@ void computeSeries(ChartKind kind, int valueNumber, ValueSeries& series);
 
 // Draws over the whole surface. Every marked item without data gives a message, and its mark is
 // removed. False, with the surface left as it was, when there are less than two trainings
-// (overview; selected or not) or two samples.
-bool drawChart(ChartKind kind, services::Surface& surface);
+// (overview; selected or not) or two samples. `shown`, where given, tells what was drawn.
+bool drawChart(ChartKind kind, services::Surface& surface, ShownChart* shown = nullptr);
 
 }  // namespace charts

@@ -240,7 +240,13 @@ TEST_F(EventLoop, AnEmptyIndexLeavesThePictureAsItIsUntilTheSizeChanges) {
 TEST_F(EventLoop, TheChartTellsAScreenReaderWhatItShows) {
     app::dispatchEvent(menu(203));
     const services::Text& description = window().controlDescriptions.at(app::chartImageControl);
+    EXPECT_NE(services::Text::npos, description.find("Watt (Linie) von 101 bis 103"))
+        << description;
+    resizeTo(700, 480);
     EXPECT_NE(services::Text::npos, description.find("Watt (Linie)")) << description;
+    device::state.dictionary.clear();
+    resizeTo(640, 480);
+    EXPECT_EQ(services::Text::npos, description.find("Watt")) << description;
 }
 
 }  // namespace
