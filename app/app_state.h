@@ -12,8 +12,12 @@ struct AppState {
     // The item of the last menu event; at start the first marked overview option, else 0.
     int lastMenuItem = 0;
 
-    // On while the pointer draws a band over the chart.
+    // On while a band is drawn over the chart, by the pointer or by keys.
     bool tracking = false;
+    bool bandByKeys = false;
+
+    // Where the keys have put the mark that begins and ends a band; 0 while there is none.
+    int keyPosition = 0;
 
     bool quit = false;
 

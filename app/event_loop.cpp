@@ -30,6 +30,9 @@ void dispatchEvent(const services::Event& event) {
         case EventKind::click:
             clickChart(event.data);
             break;
+        case EventKind::key:
+            pressKeyOnChart(event.item, event.data);
+            break;
         case EventKind::timer:
             followPointer(event.item);
             break;

@@ -5,6 +5,8 @@
 #include "app/app_state.h"
 #include "charts/chart_description.h"
 #include "charts/chart_drawing.h"
+#include "services/controls.h"
+#include "services/text.h"
 #include "services/windows.h"
 #include "settings/settings_state.h"
 
@@ -13,6 +15,11 @@ namespace app {
 using services::operator""_l1;
 
 namespace {
+
+// Who can't use the pointer learns the keys where the picture is told.
+constexpr services::TextView keysOfBand =
+    "Grenzwerte mit der Tastatur: Umschalt oder Strg und Pfeil auf oder ab bewegt eine Marke, die "
+    "Leertaste beginnt und beendet den Bereich, Entf entfernt die Grenzwerte."_l1;
 
 void describePicture(services::TextView description) {
     services::describeControl(services::mainWindow, chartImageControl, description);
@@ -51,6 +58,7 @@ bool openMainWindow() {
     };
     if (!services::openWindow(row)) return false;
     services::createImageControl(services::mainWindow, chartImageControl, "Diagramm"_l1);
+    services::focusControl(services::mainWindow, chartImageControl);
     fitImageToWindow();
     showChartImage();
     return true;
@@ -59,7 +67,7 @@ bool openMainWindow() {
 void redraw() {
     charts::ShownChart shown;
     if (charts::drawChart(state.currentChart, state.chartImage, &shown)) {
-        describePicture(charts::describeChart(shown));
+        describePicture(services::concatenate(charts::describeChart(shown), ". "_l1, keysOfBand));
     }
     showChartImage();
 }

@@ -12,21 +12,26 @@ namespace app {
 
 namespace {
 
-// The timer runs exactly as long as the flag is set.
-void setTracking(bool on) {
-    state.tracking = on;
-    if (on) {
-        services::startWindowTimer(services::mainWindow, bandTimer, bandTimerPeriod);
-    } else {
-        services::stopWindowTimer(services::mainWindow, bandTimer);
-    }
+// The timer runs exactly as long as the pointer draws a band.
+void startTracking() {
+    state.tracking = true;
+    services::startWindowTimer(services::mainWindow, bandTimer, bandTimerPeriod);
+}
+
+void stopTracking() {
+    state.tracking = false;
+    state.bandByKeys = false;
+    state.keyPosition = 0;
+    services::stopWindowTimer(services::mainWindow, bandTimer);
+}
+
+charts::ChartFrame currentFrame() {
+    return charts::chartFrame(state.chartImage.width, state.chartImage.height);
 }
 
 void takeStep(int position) {
-    const charts::ChartFrame frame =
-        charts::chartFrame(state.chartImage.width, state.chartImage.height);
-    const charts::BandStep step =
-        charts::stepBand(position, state.lastMenuItem, state.tracking, state.currentChart, frame);
+    const charts::BandStep step = charts::stepBand(position, state.lastMenuItem, state.tracking,
+                                                   state.currentChart, currentFrame());
     switch (step.action) {
         case charts::BandAction::nothing:
             break;
@@ -42,17 +47,53 @@ void takeStep(int position) {
 void beginBand() {
     // A band whose value lost its mark half way was never finished.
     charts::state.bandStart = 0;
-    setTracking(true);
+    startTracking();
 }
 
 void endBand() {
-    setTracking(false);
+    stopTracking();
     takeStep(charts::finishBand);
 }
 
 void removeLimits() {
     takeStep(charts::resetBand);
-    setTracking(false);
+    stopTracking();
+}
+
+// A line where the keys are, as long as there is no band to see.
+void showMark() {
+    const int item = charts::bandItem(state.lastMenuItem, charts::readMarkedOptions());
+    if (item == 0) return;
+    showBand(charts::bandBox(currentFrame(), item, state.keyPosition, state.keyPosition + 1));
+}
+
+void beginBandByKeys() {
+    const charts::ChartFrame frame = currentFrame();
+    if (state.keyPosition == 0 || frame.height < 1) return;
+    // The window may have become lower since.
+    state.keyPosition = charts::clampToPlot(frame, state.keyPosition);
+    charts::state.bandStart = 0;
+    state.tracking = true;
+    state.bandByKeys = true;
+    takeStep(state.keyPosition);
+    showMark();
+}
+
+// The first step puts the mark at the edge of the plot that the key comes from.
+int movedPosition(const charts::ChartFrame& frame, int key, int step) {
+    const int bottom = frame.top + frame.height;
+    if (state.keyPosition == 0) return key == services::upKey ? bottom : frame.top;
+    const int moved = state.keyPosition + (key == services::upKey ? -step : step);
+    return std::clamp(moved, frame.top, bottom);
+}
+
+void moveMark(int key, int modifier) {
+    const charts::ChartFrame frame = currentFrame();
+    if (state.tracking && !state.bandByKeys) return;  // the pointer is drawing
+    if (frame.height < 1) return;
+    state.keyPosition = movedPosition(frame, key, modifier == services::controlModifier ? 10 : 1);
+    if (state.bandByKeys) takeStep(state.keyPosition);
+    if (!state.bandByKeys || charts::state.bandStart == state.keyPosition) showMark();
 }
 
 }  // namespace
@@ -67,9 +108,30 @@ void clickChart(int button) {
         beginBand();
 }
 
+void pressKeyOnChart(int key, int modifier) {
+    if (state.lastMenuItem > lastItemForClicks) return;
+    switch (key) {
+        case services::upKey:
+        case services::downKey:
+            moveMark(key, modifier);
+            break;
+        case services::spaceKey:
+            if (state.tracking)
+                endBand();
+            else
+                beginBandByKeys();
+            break;
+        case services::deleteKey:
+            removeLimits();
+            break;
+        default:
+            break;
+    }
+}
+
 void followPointer(int timer) {
     // A tick may still have waited when the timer stopped; it would begin a band.
-    if (timer != bandTimer || !state.tracking) return;
+    if (timer != bandTimer || !state.tracking || state.bandByKeys) return;
     // At or above the image's edge: 0 and below mean something else.
     takeStep(std::max(1, services::pointerY(services::mainWindow)));
 }

@@ -180,6 +180,7 @@ Outcome handleEvent(const services::Event& event, ChartKind kind, int valueNumbe
         case EventKind::zoom:
         case EventKind::click:
         case EventKind::timer:
+        case EventKind::key:
             break;
     }
     return Outcome::open;

@@ -16,6 +16,7 @@ enum class EventKind {
     zoom,     // `window` was maximized, minimized or restored
     click,    // on `control` of `window`; data: 0 left, 1 right (image control)
     timer,    // item: the number of the window timer
+    key,      // a key on `control` of `window`, which has the focus (image control)
     control,  // the user did something to `control` of `window` (controls.h)
 };
 

@@ -16,11 +16,16 @@ inline constexpr int limitsWindow = 2;
 inline constexpr int reportWindow = 3;  // of a backup copy or a renumbering
 inline constexpr int infoWindow = 4;    // version or help
 
-// Keys for keyboardShortcut.
+// Keys for keyboardShortcut and key events.
 inline constexpr int returnKey = 13;  // Return and Enter
 inline constexpr int escapeKey = 27;
+inline constexpr int spaceKey = 32;
 inline constexpr int upKey = 38;
 inline constexpr int downKey = 40;
+inline constexpr int deleteKey = 46;
+
+// The modifier of a key event.
+enum KeyModifier : int { noModifier = 0, shiftModifier = 1, controlModifier = 2 };
 
 // A screen's size in whole pixels, cut; 0 for an unknown screen. Screen 0 is the main one.
 int desktopCount();
@@ -63,7 +68,9 @@ void resizeWindow(int window, int width, int height);
 // Escape count once, and not at all while still held from another window that they closed.
 void keyboardShortcut(int window, int key, int item);
 
-// An image that fills the window's content area. Clicks on it arrive as click events.
+// An image that fills the window's content area. Clicks on it arrive as click events. With the
+// focus it sends key events (item: the key, data: a KeyModifier) for Up and Down with Shift or
+// Ctrl, which repeat while they are held, and for Space and Delete alone, which don't.
 void createImageControl(int window, int control, TextView accessibleName);
 void showImage(int window, int control, const Surface& surface);
 void describeControl(int window, int control, TextView accessibleDescription);

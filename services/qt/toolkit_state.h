@@ -26,7 +26,7 @@
 
 namespace services::qt {
 
-// Shows the finished picture of the chart and reports clicks on it.
+// Shows the finished picture of the chart and reports clicks and keys on it.
 class ImageControl : public QWidget {
   public:
     ImageControl(int windowNumber, int controlNumber, QWidget* parent);
@@ -35,6 +35,7 @@ class ImageControl : public QWidget {
   protected:
     void paintEvent(QPaintEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
 
   private:
     int window;

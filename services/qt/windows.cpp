@@ -7,6 +7,7 @@
 #include <QScreen>
 #include <QVBoxLayout>
 #include <algorithm>
+#include <optional>
 
 #include "services/qt/toolkit_state.h"
 
@@ -17,6 +18,7 @@ namespace qt {
 ImageControl::ImageControl(int windowNumber, int controlNumber, QWidget* parent)
     : QWidget(parent), window(windowNumber), control(controlNumber) {
     setAttribute(Qt::WA_OpaquePaintEvent);  // paintEvent covers all of it
+    setFocusPolicy(Qt::StrongFocus);
 }
 
 void ImageControl::setImage(QImage picture) {
@@ -39,6 +41,43 @@ void ImageControl::mousePressEvent(QMouseEvent* event) {
           .window = window,
           .control = control,
           .data = event->button() == Qt::LeftButton ? 0 : 1});
+}
+
+namespace {
+
+struct KeyStroke {
+    int key = 0;
+    KeyModifier modifier = noModifier;
+};
+
+std::optional<KeyStroke> keyStroke(const QKeyEvent& event) {
+    const Qt::KeyboardModifiers modifiers = event.modifiers() & ~Qt::KeypadModifier;
+    const int key = event.key();
+    if (key == Qt::Key_Up || key == Qt::Key_Down) {
+        const int arrow = key == Qt::Key_Up ? upKey : downKey;
+        if (modifiers == Qt::ShiftModifier) return KeyStroke{arrow, shiftModifier};
+        if (modifiers == Qt::ControlModifier) return KeyStroke{arrow, controlModifier};
+        return std::nullopt;
+    }
+    if (modifiers != Qt::NoModifier || toolkit.keyRepeats->pressRepeats()) return std::nullopt;
+    if (key == Qt::Key_Space) return KeyStroke{spaceKey};
+    if (key == Qt::Key_Delete) return KeyStroke{deleteKey};
+    return std::nullopt;
+}
+
+}  // namespace
+
+void ImageControl::keyPressEvent(QKeyEvent* event) {
+    const std::optional<KeyStroke> stroke = keyStroke(*event);
+    if (!stroke) {
+        QWidget::keyPressEvent(event);
+        return;
+    }
+    post({.kind = EventKind::key,
+          .window = window,
+          .control = control,
+          .item = stroke->key,
+          .data = stroke->modifier});
 }
 
 ToolkitWindow::ToolkitWindow(int windowNumber, QWidget* owner)
