@@ -8,6 +8,7 @@
 #include <QMessageBox>
 #include <QPushButton>
 
+#include "services/qt/places.h"
 #include "services/qt/toolkit_state.h"
 
 namespace services {
@@ -57,6 +58,7 @@ Path chooseDirectory(TextView title, PathView start) {
     QFileDialog dialog(qt::requesterOwner(), qt::toQString(title), decode(start));
     dialog.setFileMode(QFileDialog::Directory);
     dialog.setOption(QFileDialog::ShowDirsOnly);
+    dialog.setSidebarUrls(qt::currentPlaces());
     if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty()) return {};
     const QFileInfo chosen(dialog.selectedFiles().constFirst());
     QString resolved = chosen.canonicalFilePath();
@@ -70,6 +72,7 @@ Path chooseSaveFile(TextView title, PathView directory, TextView name, TextView 
     dialog.setAcceptMode(QFileDialog::AcceptSave);
     dialog.setFileMode(QFileDialog::AnyFile);
     dialog.setNameFilter(qt::toQString(pattern));
+    dialog.setSidebarUrls(qt::currentPlaces());
     dialog.selectFile(qt::toQString(name));
     if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty()) return {};
     return encode(dialog.selectedFiles().constFirst());

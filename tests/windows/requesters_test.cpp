@@ -11,6 +11,7 @@
 #include <QTest>
 #include <QTimer>
 
+#include "services/qt/places.h"
 #include "tests/windows/window_test.h"
 
 namespace {
@@ -171,6 +172,24 @@ TEST_F(Requesters, ADirectoryIsAskedForAmongDirectoriesAlone) {
         requester->reject();
     });
     EXPECT_EQ("", services::chooseDirectory("Titel", place.path().toStdString() + "/"));
+}
+
+TEST_F(Requesters, BothFileRequestersOfferHomeAndTheDrivesAtTheirSide) {
+    QList<QUrl> offered;
+    const auto look = [&](QWidget* dialog) {
+        auto* const requester = qobject_cast<QFileDialog*>(dialog);
+        ASSERT_NE(nullptr, requester);
+        offered = requester->sidebarUrls();
+        requester->reject();
+    };
+    whenOpen(look);
+    services::chooseDirectory("Titel", "/");
+    EXPECT_EQ(services::qt::currentPlaces(), offered);
+    EXPECT_TRUE(offered.contains(QUrl::fromLocalFile(QDir::homePath())));
+    offered.clear();
+    whenOpen(look);
+    services::chooseSaveFile("Titel", "/", "a.csv", "*.csv");
+    EXPECT_EQ(services::qt::currentPlaces(), offered);
 }
 
 TEST_F(Requesters, AColourIsTheChosenOne) {
