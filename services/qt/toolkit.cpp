@@ -7,6 +7,12 @@
 #include "services/qt/toolkit_state.h"
 #include "services/windows.h"
 
+#ifdef Q_OS_DARWIN
+#include <xlocale.h>
+#else
+#include <locale.h>  // newlocale, which <clocale> need not have
+#endif
+
 namespace services {
 
 namespace qt {
@@ -28,21 +34,47 @@ class QuitFilter : public QObject {
     }
 };
 
-// Requesters of the platform (GTK's, for example) speak the language of the environment. The C
-// locale would silence their translations altogether.
-void askPlatformForGerman() {
-    const char* locale = "";
+#ifdef Q_OS_UNIX
+
+// A locale's name says nothing: a language whose locale was never installed leaves the C library at
+// "C", as "C" itself does.
+bool isInstalled(const char* locale) {
+    const locale_t found = newlocale(LC_ALL_MASK, locale, static_cast<locale_t>(nullptr));
+    if (found == static_cast<locale_t>(nullptr)) return false;
+    freelocale(found);
+    return true;
+}
+
+// The environment's locale, by the variables in order of weight.
+bool translatesMessages() {
+    TextView name;
     for (const char* variable : {"LC_ALL", "LC_MESSAGES", "LANG"}) {
         const char* value = std::getenv(variable);
-        if (value != nullptr && *value != '\0') {
-            locale = value;
-            break;
-        }
+        if (value == nullptr || *value == '\0') continue;
+        name = value;
+        break;
     }
-    const TextView name = locale;
-    if (name.empty() || name == "C" || name == "POSIX") qputenv("LC_ALL", "C.UTF-8");
-    qputenv("LANGUAGE", "de");
+    return !name.empty() && name != "C" && name != "POSIX" && isInstalled("");
 }
+
+// Requesters of the platform (GTK's, for example) speak the language of the environment, but only
+// with a locale that works and is not C: in that their translations are silent altogether.
+void askPlatformForGerman() {
+    qputenv("LANGUAGE", "de");
+    if (translatesMessages()) return;
+    for (const char* locale : {"de_DE.UTF-8", "C.UTF-8", "en_US.UTF-8"}) {
+        if (!isInstalled(locale)) continue;
+        qputenv("LC_ALL", locale);
+        return;
+    }
+}
+
+#else
+
+// Here the requesters of the platform speak the language that its user has chosen.
+void askPlatformForGerman() {}
+
+#endif
 
 }  // namespace
 

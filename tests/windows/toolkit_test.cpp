@@ -7,6 +7,8 @@
 #include "services/qt/toolkit_state.h"
 #include "tests/windows/window_test.h"
 
+#include <locale.h>  // newlocale, which <clocale> need not have
+
 namespace {
 
 char programName[] = "window_tests";  // must outlive the toolkit that it starts
@@ -49,20 +51,30 @@ TEST_F(Toolkit, SpeaksGermanWhateverTheLocale) {
 }
 
 TEST_F(Toolkit, ReplacesOnlyALocaleThatSilencesTranslations) {
+    // German where the system has it, else the locale that every system has.
+    const locale_t german = newlocale(LC_ALL_MASK, "de_DE.UTF-8", static_cast<locale_t>(nullptr));
+    const char* const working =
+        german == static_cast<locale_t>(nullptr) ? "C.UTF-8" : "de_DE.UTF-8";
+    if (german != static_cast<locale_t>(nullptr)) freelocale(german);
+
     struct Row {
         const char* name;
         std::optional<const char*> all;
         std::optional<const char*> messages;
         std::optional<const char*> language;
         std::optional<const char*> expected;  // LC_ALL
+        std::optional<const char*> numeric = {};
     };
     const Row rows[] = {
-        {"C for all", "C", {}, {}, "C.UTF-8"},
-        {"POSIX for all", "POSIX", {}, "de_DE.UTF-8", "C.UTF-8"},
-        {"nothing", {}, {}, {}, "C.UTF-8"},
-        {"nothing but empty ones", "", "", "", "C.UTF-8"},
-        {"C for messages", {}, "C", "en_GB.UTF-8", "C.UTF-8"},
-        {"C as the language", {}, {}, "C", "C.UTF-8"},
+        {"C for all", "C", {}, {}, working},
+        {"POSIX for all", "POSIX", {}, "C.utf8", working},
+        {"nothing", {}, {}, {}, working},
+        {"nothing but empty ones", "", "", "", working},
+        {"C for messages", {}, "C", "C.utf8", working},
+        {"C as the language", {}, {}, "C", working},
+        {"one that is not installed", {}, {}, "xx_XX.UTF-8", working},
+        {"one that is not installed for all", "xx_XX.UTF-8", {}, "C.utf8", working},
+        {"one that is not installed for numbers", {}, {}, "C.utf8", working, "xx_XX.UTF-8"},
         {"another for all", "C.utf8", "C", "C", "C.utf8"},
         {"another for messages", {}, "C.utf8", "C", {}},
         {"another, after an empty one", "", "C.utf8", "C", ""},
@@ -75,6 +87,7 @@ TEST_F(Toolkit, ReplacesOnlyALocaleThatSilencesTranslations) {
         set("LC_ALL", row.all);
         set("LC_MESSAGES", row.messages);
         set("LANG", row.language);
+        set("LC_NUMERIC", row.numeric);
         unsetenv("LANGUAGE");
         restart();
         EXPECT_EQ(row.expected ? std::optional<std::string>(*row.expected) : std::nullopt,
@@ -84,6 +97,7 @@ TEST_F(Toolkit, ReplacesOnlyALocaleThatSilencesTranslations) {
     }
     set("LANG", language ? std::optional(language->c_str()) : std::nullopt);
     set("LC_MESSAGES", messages ? std::optional(messages->c_str()) : std::nullopt);
+    unsetenv("LC_NUMERIC");
     set("LC_ALL", "C");
     restart();
 }
