@@ -38,11 +38,13 @@ void showMenuBar(int window, std::span<const MenuRow> rows) {
     qt::ToolkitWindow* owner = qt::findWindow(window);
     if (owner == nullptr) return;
     auto bar = std::make_unique<QMenuBar>();
+    bar->setAccessibleName(QStringLiteral("Menüleiste"));
     QMenu* title = nullptr;
     QMenu* menu = nullptr;  // the title's menu or the open submenu of it
     for (const MenuRow& row : rows) {
         if (row.kind == MenuRowKind::title) {
             title = menu = bar->addMenu(qt::toPlainLabel(row.text));
+            menu->setAccessibleName(qt::toQString(row.text));
             continue;
         }
         if (menu == nullptr) continue;
@@ -51,6 +53,7 @@ void showMenuBar(int window, std::span<const MenuRow> rows) {
                 break;
             case MenuRowKind::submenuStart:
                 menu = title->addMenu(qt::toPlainLabel(row.text));
+                menu->setAccessibleName(qt::toQString(row.text));
                 break;
             case MenuRowKind::submenuEnd:
                 menu = title;

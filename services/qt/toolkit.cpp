@@ -4,6 +4,7 @@
 #include <QLocale>
 #include <cstdlib>
 
+#include "services/qt/accessibility.h"
 #include "services/qt/toolkit_state.h"
 #include "services/windows.h"
 
@@ -118,6 +119,7 @@ void startToolkit(char* programName) {
         std::make_unique<QApplication>(toolkit.argumentCount, toolkit.arguments.data());
     QGuiApplication::setDesktopFileName(QStringLiteral("kurbelbuch"));
     QApplication::setQuitOnLastWindowClosed(false);
+    qt::installAccessibility();
     QLocale::setDefault(QLocale(QLocale::German, QLocale::Germany));
     toolkit.german = std::make_unique<QTranslator>();
     if (toolkit.german->load(QStringLiteral(":/translations/qtbase_de.qm"))) {
@@ -136,6 +138,7 @@ void stopToolkit() {
         closeWindow(toolkit.windows.begin()->first);
     toolkit.actions = {};
     toolkit.queue = {};
+    qt::removeAccessibility();
     toolkit.application.reset();
     toolkit.german.reset();
     toolkit.quitFilter.reset();

@@ -101,6 +101,11 @@ void ToolkitWindow::resizeContent(int width, int height) {
 void ToolkitWindow::setMenuBar(std::unique_ptr<QMenuBar> bar) {
     const QSize size = content->size();
     menuBar = bar.release();  // the layout's parent owns it from here
+    // The key that desktops have for it: Alt alone is often taken by the window manager.
+    auto* shortcut = new QShortcut(Qt::Key_F10, menuBar);
+    QObject::connect(shortcut, &QShortcut::activated, menuBar, [this] {
+        if (!menuBar->actions().isEmpty()) menuBar->setActiveAction(menuBar->actions().first());
+    });
     layout()->setMenuBar(menuBar);
     resizeContent(size.width(), size.height());
     layout()->activate();
