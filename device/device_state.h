@@ -2,6 +2,7 @@
 // and by the commands that choose trainings or directories. Resetting it is assigning {}.
 #pragma once
 
+#include <cstdint>
 #include <vector>
 
 #include "device/dictionary_record.h"
@@ -18,6 +19,10 @@ struct DeviceState {
     // True while the table is what the last load left of an index it could not read: one record
     // that stands for nothing on the card and must not be saved over it.
     bool dictionaryUnreadable = false;
+
+    // What the index was when it was loaded last: its length and a hash of its bytes.
+    std::uint64_t indexLength = 0;
+    std::uint64_t indexHash = 0;
 
     // The samples of the one loaded training; empty when none is loaded.
     std::vector<TrainingSample> samples;

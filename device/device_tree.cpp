@@ -1,6 +1,7 @@
 #include "device/device_tree.h"
 
 #include "device/device_state.h"
+#include "device/index_recovery.h"
 #include "services/directories.h"
 #include "services/requesters.h"
 #include "services/text.h"
@@ -11,11 +12,11 @@ using services::operator""_l1;
 
 TreeLocation locateDeviceTree() {
     services::setCurrentDirectory(services::replace(services::currentDirectory(), bundleTail, ""));
-    if (services::canReadFile(indexPath)) {
+    if (hasIndex(treePath)) {
         services::setCurrentDirectory(treePath);
         return TreeLocation::below;
     }
-    if (services::canReadFile("dictionary.2")) return TreeLocation::current;
+    if (hasIndex({})) return TreeLocation::current;
     return TreeLocation::notFound;
 }
 

@@ -1,15 +1,19 @@
 #include "device/dictionary.h"
 
 #include <algorithm>
+#include <functional>
 #include <new>
 #include <optional>
 #include <span>
 #include <stdexcept>
+#include <string>
 #include <utility>
 
+#include "device/index_recovery.h"
 #include "services/directories.h"
 #include "services/numbered_files.h"
 #include "services/requesters.h"
+#include "services/whole_files.h"
 
 namespace device {
 
@@ -24,6 +28,9 @@ constexpr services::PathView indexName = "dictionary.2";
 // that a huge file of dropped ones costs time but no memory.
 constexpr std::int64_t recordsPerBlock = 6900;
 
+// Fills the block as far as the index goes and returns the number of bytes.
+using ReadIndex = std::function<std::size_t(std::span<std::byte> block)>;
+
 // What is carried from record to record while one index is read.
 struct Reading {
     std::vector<DictionaryRecord> kept;
@@ -32,6 +39,8 @@ struct Reading {
     // The training file looked for last: a damaged index names the same one again and again.
     services::Text lastName;
     bool lastFound = false;
+
+    std::uint64_t hash = services::emptyHash;  // of what was read so far
 };
 
 // The text at the start of `bytes`, up to the first NUL, CR or LF. One without an end in the 64
@@ -67,7 +76,7 @@ void readRecord(std::span<const std::byte> bytes, Reading& reading) {
 }
 
 // False when fewer whole records arrive than the length promised, for whatever reason.
-bool readAllRecords(int file, std::int64_t length, Reading& reading) {
+bool readAllRecords(const ReadIndex& read, std::int64_t length, Reading& reading) {
     constexpr auto recordSize = static_cast<std::int64_t>(dictionaryRecordSize);
     const std::int64_t count = length / recordSize;
     // A block's records are followed by as much as the description of the last one can need.
@@ -75,13 +84,16 @@ bool readAllRecords(int file, std::int64_t length, Reading& reading) {
     std::vector<std::byte> block(blockRecords * dictionaryRecordSize + longestDescription);
     std::size_t filled = 0;
     std::int64_t unread = length;
-    if (!services::seekFile(file, 0)) return false;
 
     for (std::int64_t first = 0; first < count;) {
         const auto room = static_cast<std::int64_t>(block.size() - filled);
         const auto asked = static_cast<std::size_t>(std::min(room, unread));
         unread -= static_cast<std::int64_t>(asked);
-        filled += services::readBlock(file, std::span(block).subspan(filled, asked));
+        const auto arrived =
+            std::span(block).subspan(filled, read(std::span(block).subspan(filled, asked)));
+        filled += arrived.size();
+        reading.hash = services::hashOf(
+            {reinterpret_cast<const char*>(arrived.data()), arrived.size()}, reading.hash);
 
         const std::span<const std::byte> bytes = std::span(block).first(filled);
         const auto wanted = static_cast<std::size_t>(std::min(count - first, recordsPerBlock));
@@ -98,17 +110,16 @@ bool readAllRecords(int file, std::int64_t length, Reading& reading) {
     return true;
 }
 
-}  // namespace
-
-std::optional<std::vector<DictionaryRecord>> readDictionaryRecords(int file, std::int64_t length) {
+// Nothing when the index can't be read to its end.
+std::optional<Reading> readIndex(const ReadIndex& read, std::int64_t length) {
     if (length < static_cast<std::int64_t>(dictionaryRecordSize)) return std::nullopt;
     try {
         Reading reading;
         reading.runOnLeft = static_cast<std::uint64_t>(length);
-        if (!readAllRecords(file, length, reading)) return std::nullopt;
+        if (!readAllRecords(read, length, reading)) return std::nullopt;
         std::stable_sort(reading.kept.begin(), reading.kept.end(),
                          [](const auto& a, const auto& b) { return a.startDate < b.startDate; });
-        return std::move(reading.kept);
+        return reading;
     } catch (const std::bad_alloc&) {
         // More kept records than memory: no card of this device.
         return std::nullopt;
@@ -117,15 +128,63 @@ std::optional<std::vector<DictionaryRecord>> readDictionaryRecords(int file, std
     }
 }
 
+std::optional<Reading> readIndexFile(int file, std::int64_t length) {
+    if (!services::seekFile(file, 0)) return std::nullopt;
+    return readIndex(
+        [file](std::span<std::byte> block) { return services::readBlock(file, block); }, length);
+}
+
+std::optional<Reading> readIndexBytes(std::string_view bytes) {
+    std::string_view rest = bytes;
+    const auto read = [&rest](std::span<std::byte> block) {
+        const auto part = std::as_bytes(std::span(rest)).first(std::min(block.size(), rest.size()));
+        std::copy(part.begin(), part.end(), block.begin());
+        rest.remove_prefix(part.size());
+        return part.size();
+    };
+    return readIndex(read, static_cast<std::int64_t>(bytes.size()));
+}
+
+std::string encodeTable(SaveMode mode) {
+    std::string index;
+    for (const DictionaryRecord& record : state.dictionary) {
+        if (mode == SaveMode::all || record.selected == 0) index += encodeDictionaryRecord(record);
+    }
+    return index;
+}
+
+// What writing a record does to it.
+void clearUnmeasured(DictionaryRecord& record) {
+    if (record.pulse == 1.0F) record.pulse = 0.0F;
+    if (record.rpm == 1.0F) record.rpm = 0.0F;
+}
+
+}  // namespace
+
+std::optional<std::vector<DictionaryRecord>> readDictionaryRecords(int file, std::int64_t length) {
+    std::optional<Reading> reading = readIndexFile(file, length);
+    if (!reading) return std::nullopt;
+    return std::move(reading->kept);
+}
+
 void loadDictionary() {
-    std::optional<std::vector<DictionaryRecord>> records;
-    if (services::readFile(indexFile, indexName)) {
-        records = readDictionaryRecords(indexFile, services::lengthOfFile(indexFile));
+    std::optional<Reading> reading;
+    std::uint64_t length = 0;
+    if (const std::optional<std::string> index = takeUpCopy({})) {
+        // The card takes no more writing; its trainings are all there nevertheless.
+        length = index->size();
+        reading = readIndexBytes(*index);
+    } else if (services::readFile(indexFile, indexName)) {
+        const std::int64_t inFile = services::lengthOfFile(indexFile);
+        length = static_cast<std::uint64_t>(inFile);
+        reading = readIndexFile(indexFile, inFile);
         services::closeFile(indexFile);
     }
-    state.dictionaryUnreadable = !records.has_value();
-    if (records) {
-        state.dictionary = std::move(*records);
+    state.dictionaryUnreadable = !reading.has_value();
+    state.indexLength = reading ? length : 0;
+    state.indexHash = reading ? reading->hash : 0;
+    if (reading) {
+        state.dictionary = std::move(reading->kept);
         return;
     }
     // What is shown when nothing can be read: one training without a name.
@@ -138,24 +197,47 @@ void loadDictionary() {
 
 bool writeDictionaryRecord(int file, std::size_t index) {
     if (index >= state.dictionary.size()) return false;
-    DictionaryRecord& record = state.dictionary[index];
-    if (record.pulse == 1.0F) record.pulse = 0.0F;
-    if (record.rpm == 1.0F) record.rpm = 0.0F;
-    return services::writeText(file, encodeDictionaryRecord(record));
+    clearUnmeasured(state.dictionary[index]);
+    return services::writeText(file, encodeDictionaryRecord(state.dictionary[index]));
+}
+
+bool announceRenaming(std::span<const PendingName> names) {
+    if (state.dictionaryUnreadable) return false;
+    std::vector<std::uint64_t> positions;  // records with long descriptions are longer than others
+    std::string index;
+    for (const DictionaryRecord& record : state.dictionary) {
+        positions.push_back(index.size());
+        index += encodeDictionaryRecord(record);
+    }
+    std::vector<PendingRename> renames;
+    for (const PendingName& name : names)
+        renames.push_back({.position = positions[name.record], .oldName = name.oldName});
+    return layCopyBeside(index, std::move(renames));
 }
 
 void saveDictionary(SaveMode mode) {
     // An index that could not be read is not replaced by one that says nothing: what is on the card
     // may be whole, and only the reader, the slot or the moment was bad.
     if (state.dictionaryUnreadable) return;
+    const std::string index = encodeTable(mode);
+    if (!layCopyBeside(index)) return;
     services::deleteFile(indexName);
     if (!services::createFile(indexFile, indexName)) return;
-    for (std::size_t i = 0; i < state.dictionary.size(); ++i) {
-        if (mode == SaveMode::unselected && state.dictionary[i].selected != 0) continue;
-        writeDictionaryRecord(indexFile, i);
+    for (DictionaryRecord& record : state.dictionary) {
+        if (mode == SaveMode::all || record.selected == 0) clearUnmeasured(record);
     }
-    services::flushFile(indexFile);
+    const bool written = services::writeText(indexFile, index) && services::flushFile(indexFile);
     services::closeFile(indexFile);
+    if (written && services::flushDirectoryOf(indexName)) removeSettledCopy();
+}
+
+bool isIndexAsLoaded() {
+    if (state.dictionaryUnreadable) return true;
+    const services::WholeFile file =
+        services::readWholeFile(indexName, services::LinksAre::followed);
+    return file.state == services::WholeFile::State::read &&
+           file.bytes.size() == state.indexLength &&
+           services::hashOf(file.bytes) == state.indexHash;
 }
 
 }  // namespace device

@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <optional>
+#include <span>
 #include <vector>
 
 #include "device/device_state.h"
@@ -22,7 +23,8 @@ inline constexpr std::size_t longestDescription = 4096;
 // shrank), or when memory can't hold them: half an index would be saved as the whole of it later.
 std::optional<std::vector<DictionaryRecord>> readDictionaryRecords(int file, std::int64_t length);
 
-// Replaces the dictionary table with the file's records: those with a riding time whose training
+// Takes up what an interrupted command has left (device/index_recovery.h), then replaces the
+// dictionary table with the file's records: those with a riding time whose training
 // file can be opened, by start date, those of one start date in file order. Shows a message, leaves
 // one all-zero record and sets `dictionaryUnreadable` when the file can't be opened, holds no whole
 // record or can't be read to its end.
@@ -33,11 +35,27 @@ enum class SaveMode {
     all = 1,
 };
 
-// Deletes and rewrites the file from the table, in table order. Does nothing after a load that
-// failed: an index that could not be read is not replaced by one that says nothing. Silent on every
-// failure. Callers call loadDictionary() right after it: until then a written pulse or rpm of 1.0
-// reads 0.0 in the table.
+// The names that the records of the table have on the disk until the files are renamed.
+struct PendingName {
+    std::size_t record = 0;
+    services::Text oldName;
+};
+
+// To be called before files are renamed, with the new names in the table: puts on the disk what it
+// takes to complete both the renaming and the saving of all records after an interruption. Nothing
+// may be renamed when it returns false.
+bool announceRenaming(std::span<const PendingName> names);
+
+// Deletes and rewrites the file from the table, in table order. A complete copy of the new index
+// lies beside it meanwhile; without room for that nothing is deleted. Does nothing after a load
+// that failed: an index that could not be read is not replaced by one that says nothing. Silent on
+// every failure. Callers call loadDictionary() right after it: until then a written pulse or rpm
+// of 1.0 reads 0.0 in the table.
 void saveDictionary(SaveMode mode);
+
+// False when the index is not, byte for byte, the one that was loaded: another card, or one that
+// somebody else has changed. True after a load that failed, which nothing is done with.
+bool isIndexAsLoaded();
 
 // Writes record `index` of the table at the current position of an open file. True when everything
 // was written. Sets a pulse or rpm of 1.0 to 0.0 in the table.

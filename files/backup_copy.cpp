@@ -7,8 +7,8 @@
 #include "device/device_state.h"
 #include "device/device_tree.h"
 #include "device/dictionary.h"
+#include "device/training_names.h"
 #include "files/report_window.h"
-#include "files/training_names.h"
 #include "services/directories.h"
 #include "services/file_moves.h"
 #include "services/numbered_files.h"
@@ -57,7 +57,8 @@ bool openIndexes() {
         return false;
     }
     const services::Path& directory = device::state.backupDirectory;
-    if (services::openFile(backupIndexFile, services::concatenate(directory, indexName)))
+    // Not through a link: what lies elsewhere is none of the backup's.
+    if (services::openFileItself(backupIndexFile, services::concatenate(directory, indexName)))
         return true;
 
     services::closeFile(currentIndexFile);
@@ -96,7 +97,7 @@ void copyMissingTrainings() {
 
 BackupMark copyTraining(std::size_t record, int indexFile, const services::Path& backupDirectory) {
     const services::Text name = device::state.dictionary[record].fileName;
-    if (!isTrainingName(name) ||
+    if (!device::isTrainingName(name) ||
         !services::copyFile(name, services::concatenate(backupDirectory, name),
                             services::concatenate(backupDirectory, unfinishedName(name)))) {
         return BackupMark::failed;

@@ -3,7 +3,7 @@
 #include <string_view>
 #include <unordered_set>
 
-#include "files/training_names.h"
+#include "device/training_names.h"
 #include "services/text.h"
 
 namespace files {
@@ -40,7 +40,7 @@ services::Path unfinishedName(services::PathView trainingName) {
 
 bool isUnfinishedName(services::PathView name) {
     return name.ends_with(unfinishedEnding) &&
-           isTrainingName(name.substr(0, name.size() - unfinishedEnding.size()));
+           device::isTrainingName(name.substr(0, name.size() - unfinishedEnding.size()));
 }
 
 }  // namespace files

@@ -1,8 +1,10 @@
 #include "files/deletion.h"
 
+#include <algorithm>
+
 #include "device/device_state.h"
 #include "device/dictionary.h"
-#include "files/training_names.h"
+#include "device/training_names.h"
 #include "services/file_moves.h"
 #include "services/requesters.h"
 
@@ -15,17 +17,23 @@ void deleteChosenTrainings() {
                             "Sollen die ausgewählten Dateien wirklich gelöscht werden?"_l1)) {
         return;
     }
-    bool anyChosen = false;
-    for (const device::DictionaryRecord& record : device::state.dictionary) {
-        if (record.selected == 0) continue;
-        anyChosen = true;
-        // By its bare name in the working directory, and nothing but a training file.
-        if (isTrainingName(record.fileName)) services::deleteRegularFile(record.fileName);
-    }
-    if (!anyChosen) {
+    const auto isChosen = [](const device::DictionaryRecord& record) {
+        return record.selected != 0;
+    };
+    if (std::ranges::none_of(device::state.dictionary, isChosen)) {
         services::showMessage("Lösche Datei"_l1,
                               "Es wurden keine Dateien zum Löschen ausgewählt!"_l1);
         return;
+    }
+    // Another card may lie in the slot by now, with other trainings under the same names.
+    if (!device::isIndexAsLoaded()) {
+        device::loadDictionary();
+        return;
+    }
+    for (const device::DictionaryRecord& record : device::state.dictionary) {
+        // By its bare name in the working directory, and nothing but a training file.
+        if (isChosen(record) && device::isTrainingName(record.fileName))
+            services::deleteRegularFile(record.fileName);
     }
     device::saveDictionary(device::SaveMode::unselected);
     device::loadDictionary();

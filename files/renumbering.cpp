@@ -5,12 +5,13 @@
 
 #include "device/device_state.h"
 #include "device/dictionary.h"
+#include "device/training_names.h"
 #include "files/renumber_plan.h"
 #include "files/report_window.h"
-#include "files/training_names.h"
 #include "files/training_order.h"
 #include "services/file_moves.h"
 #include "services/requesters.h"
+#include "services/whole_files.h"
 
 namespace files {
 
@@ -30,20 +31,48 @@ bool isUnlocked() {
     return device::state.renumberingEnabled;
 }
 
+// What is no file of that name now can't be renamed.
+bool canBeRenamed(const RenumberStep& step) {
+    return step.renames && device::isTrainingName(step.oldName) &&
+           services::isRegularFile(step.oldName);
+}
+
+// The table gets the new names, also of files that are gone.
+std::vector<device::PendingName> takeNewNames(const std::vector<RenumberStep>& steps) {
+    std::vector<device::PendingName> pending;
+    for (std::size_t i = 0; i < steps.size(); ++i) {
+        if (canBeRenamed(steps[i])) pending.push_back({.record = i, .oldName = steps[i].oldName});
+        if (steps[i].renames) device::state.dictionary[i].fileName = steps[i].newName;
+    }
+    return pending;
+}
+
+void takeBackNames(const std::vector<RenumberStep>& steps) {
+    for (std::size_t i = 0; i < steps.size(); ++i)
+        device::state.dictionary[i].fileName = steps[i].oldName;
+}
+
 void renameTrainings() {
     auto& records = device::state.dictionary;
     sortTrainings(records, SortMode::byDate);
     const std::vector<RenumberStep> steps = planRenumbering(records);
+    const std::vector<device::PendingName> pending = takeNewNames(steps);
+    // Without room for what completes an interrupted renumbering every file keeps its name.
+    const bool announced = pending.empty() || device::announceRenaming(pending);
+    if (!announced) takeBackNames(steps);
+
+    auto next = pending.begin();
     for (std::size_t i = 0; i < steps.size(); ++i) {
-        if (steps[i].renames) {
-            // A rename that fails goes unnoticed, and the record has the new name all the same. No
-            // file is lost by that: none is ever replaced.
-            if (isTrainingName(steps[i].oldName))
-                services::renameFile(steps[i].oldName, steps[i].newName);
-            records[i].fileName = steps[i].newName;
+        if (announced && next != pending.end() && next->record == i) {
+            // A rename that fails goes unnoticed here. No file is lost by that: none is ever
+            // replaced, and loading the index finds the name that the file has.
+            services::renameFile(steps[i].oldName, steps[i].newName);
+            ++next;
         }
         addReportLine(renumberLine(steps[i]));
     }
+    // The names come to the disk before the index that holds them.
+    if (announced && !pending.empty()) services::flushDirectoryOf(pending.front().oldName);
 }
 
 }  // namespace
@@ -52,6 +81,12 @@ void renumberTrainings(int mainHeight, const std::function<void()>& tableChanged
     if (!isUnlocked()) return;
     if (!services::askYesNo("Dateinamen neu durchnummerieren"_l1,
                             "Sollen die Dateinamen neu durchnummeriert werden?"_l1)) {
+        return;
+    }
+    // Another card may lie in the slot by now, with other trainings under the same names.
+    if (!device::isIndexAsLoaded()) {
+        device::loadDictionary();
+        tableChanged();
         return;
     }
     const ReportWindow report = {.title = "Dateinamen neu nummerieren"_l1,

@@ -7,7 +7,8 @@ namespace files {
 
 // Asks, renames, rewrites the index and loads it again. Returns when the report is closed;
 // `tableChanged` is called before the report is left to the reader. `mainHeight` is that of the
-// main window.
+// main window. When the index on the card is no longer the one in the list, it is loaded and
+// nothing renamed.
 void renumberTrainings(int mainHeight, const std::function<void()>& tableChanged);
 
 }  // namespace files

@@ -8,6 +8,7 @@
 #include <system_error>
 
 #include "services/regular_files.h"
+#include "services/whole_files.h"
 
 namespace services {
 
@@ -24,24 +25,6 @@ bool isUnsupported(int error) {
 bool mayExist(const Path& path) {
     struct stat status = {};
     return lstat(path.c_str(), &status) == 0 || errno != ENOENT;
-}
-
-bool isRegularFile(const Path& path) {
-    struct stat status = {};
-    return lstat(path.c_str(), &status) == 0 && S_ISREG(status.st_mode);
-}
-
-// Makes a new name in the directory last. Many file systems can't do that for directories and say
-// so; only a failing disk counts.
-bool flushDirectoryOf(PathView path) {
-    const std::size_t slash = path.rfind('/');
-    const Path directory(slash == PathView::npos ? PathView(".") : path.substr(0, slash + 1));
-    const int descriptor = open(directory.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
-    if (descriptor < 0) return true;
-    const bool flushed =
-        flushDescriptor(descriptor) || (errno != EIO && errno != ENOSPC && errno != EDQUOT);
-    close(descriptor);
-    return flushed;
 }
 
 std::int64_t lengthOf(int descriptor) {
@@ -173,10 +156,13 @@ bool cutFile(PathView path, std::int64_t length) {
     return cut;
 }
 
+bool isRegularFile(PathView path) {
+    struct stat status = {};
+    return isUsablePath(path) && lstat(Path(path).c_str(), &status) == 0 && S_ISREG(status.st_mode);
+}
+
 bool deleteRegularFile(PathView path) {
-    if (!isUsablePath(path)) return false;
-    const Path terminated(path);
-    return isRegularFile(terminated) && unlink(terminated.c_str()) == 0;
+    return isRegularFile(path) && unlink(Path(path).c_str()) == 0;
 }
 
 std::vector<Path> namesInDirectory(PathView directory) {

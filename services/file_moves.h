@@ -24,6 +24,9 @@ bool copyFile(PathView source, PathView target, PathView temporary);
 // it is. True on success.
 bool cutFile(PathView path, std::int64_t length);
 
+// True for a regular file itself, not for a link to one.
+bool isRegularFile(PathView path);
+
 // Removes a regular file; a link, a directory or anything else stays. True on success.
 bool deleteRegularFile(PathView path);
 

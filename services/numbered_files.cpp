@@ -59,9 +59,13 @@ bool openFile(int number, PathView path) {
     return openUnder(number, path, O_RDWR | O_CREAT);
 }
 
+bool openFileItself(int number, PathView path) {
+    return openUnder(number, path, O_RDWR | O_CREAT | O_NOFOLLOW);
+}
+
 bool createFile(int number, PathView path) {
     // Emptied only once it is known to be a regular file.
-    if (!openFile(number, path)) return false;
+    if (!openFileItself(number, path)) return false;
     int result = 0;
     do {
         result = ftruncate(descriptorOf(number), 0);

@@ -18,11 +18,13 @@ namespace services {
 inline constexpr int fileNumberLimit = 16;
 
 // Each opens `path` under `number`, closing first what the number held. True on success.
-//   readFile    an existing file, for reading
-//   openFile    for reading and writing, created when missing, never cut
-//   createFile  for reading and writing, created or emptied
+//   readFile        an existing file, for reading
+//   openFile        for reading and writing, created when missing, never cut
+//   openFileItself  the same, but a link is not followed
+//   createFile      for reading and writing, created or emptied; a link is not followed
 bool readFile(int number, PathView path);
 bool openFile(int number, PathView path);
+bool openFileItself(int number, PathView path);
 bool createFile(int number, PathView path);
 
 // A number that is not open is ignored.

@@ -1,7 +1,6 @@
 #include "services/preferences.h"
 
 #include <algorithm>
-#include <cstdio>
 #include <filesystem>
 #include <system_error>
 #include <utility>
@@ -10,6 +9,7 @@
 #include "services/numbers.h"
 #include "services/regular_files.h"
 #include "services/text.h"
+#include "services/whole_files.h"
 
 namespace services {
 
@@ -106,30 +106,6 @@ int createTemporaryFile(PathView path) {
     const Path temporary = temporaryPath(path);
     deleteFile(temporary);
     return openRegularFile(temporary, O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW);
-}
-
-// The new name lives in the directory, which is flushed as well where the system can do that.
-void flushDirectoryOf(PathView path) {
-    const Path directory(path.substr(0, path.rfind('/') + 1));
-    const int descriptor = open(directory.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
-    if (descriptor < 0) return;
-    flushDescriptor(descriptor);
-    close(descriptor);
-}
-
-bool replaceFile(PathView path, std::string_view bytes) {
-    const int descriptor = createTemporaryFile(path);
-    if (descriptor == noDescriptor) return false;
-    const bool written =
-        writeFully(descriptor, std::as_bytes(std::span(bytes))) && flushDescriptor(descriptor);
-    const bool closed = close(descriptor) == 0;
-    const Path temporary = temporaryPath(path);
-    if (written && closed && std::rename(temporary.c_str(), Path(path).c_str()) == 0) {
-        flushDirectoryOf(path);
-        return true;
-    }
-    deleteFile(temporary);
-    return false;
 }
 
 // The group to write into, made when it is not there yet.
@@ -268,7 +244,8 @@ void preferenceComment(Preferences& preferences, TextView comment) {
 
 bool closePreferences(Preferences& preferences) {
     const Preferences closing = std::exchange(preferences, {});
-    return !closing.changed || replaceFile(closing.path, formatPreferences(closing.groups));
+    return !closing.changed || replaceWholeFile(closing.path, temporaryPath(closing.path),
+                                                formatPreferences(closing.groups));
 }
 
 }  // namespace services

@@ -105,6 +105,39 @@ TEST_F(Deletion, DeletesNothingButTrainingFiles) {
     EXPECT_EQ(numbersInIndex("dictionary.2"), Numbers{5});
 }
 
+TEST_F(Deletion, NothingElseStaysInTheDirectory) {
+    useCard({recordOf(1, 1), recordOf(2, 2)});
+    choose({0});
+    expectQuestion(true);
+    files::deleteChosenTrainings();
+    EXPECT_EQ(namesIn("."), (std::set<std::string>{"dictionary.2", nameOf(2)}));
+}
+
+TEST_F(Deletion, AnotherCardInTheSlotIsLoadedAndNotTouched) {
+    useCard({recordOf(1, 1), recordOf(2, 2)});
+    choose({0});
+    builders::writeCard(directory, std::vector<device::DictionaryRecord>{recordOf(1, 5)});
+    const std::string index = bytesOf("dictionary.2");
+    expectQuestion(true);
+    files::deleteChosenTrainings();
+    EXPECT_EQ(bytesOf("dictionary.2"), index);
+    EXPECT_TRUE(fs::exists(nameOf(1)));
+    ASSERT_EQ(device::state.dictionary.size(), 1U);
+    EXPECT_EQ(device::state.dictionary[0].startDate, recordOf(1, 5).startDate);
+}
+
+TEST_F(Deletion, APulledCardGetsTheMessage) {
+    useCard({recordOf(1, 1), recordOf(2, 2)});
+    choose({0});
+    fs::remove("dictionary.2");
+    expectQuestion(true);
+    stand_ins::expectMessage(
+        "Dateifehler",
+        "Die Datei 'data\\result\\ergo_bike\\dictionary.2' ist leer oder wurde nicht gefunden!");
+    files::deleteChosenTrainings();
+    EXPECT_TRUE(fs::exists(nameOf(1)));
+}
+
 TEST_F(Deletion, DeletingEveryTrainingLeavesAnEmptyIndex) {
     useCard({recordOf(1, 1)});
     choose({0});

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "files/report_window.h"
+#include "tests/files/file_size_limit.h"
 #include "tests/files/files_test.h"
 
 namespace {
@@ -128,8 +129,9 @@ TEST_F(Renumbering, CrossedNumbersLoseNoFile) {
     const auto before = contents();
     renumberAndClose();
     EXPECT_EQ(contents(), before);
-    // The failed rename goes unnoticed, so the record has its new name.
-    EXPECT_EQ(numbersInIndex("dictionary.2"), (Numbers{5, 6, 6}));
+    // The rename was refused, and loading the index gave the record the name of its file again.
+    EXPECT_EQ(numbersInIndex("dictionary.2"), (Numbers{5, 9, 6}));
+    EXPECT_EQ(device::state.dictionary.size(), 3U);
 }
 
 TEST_F(Renumbering, AFileThatTheIndexDoesNotKnowIsNotReplaced) {
@@ -140,7 +142,7 @@ TEST_F(Renumbering, AFileThatTheIndexDoesNotKnowIsNotReplaced) {
                                                               {nameOf(2), "foreign"},
                                                               {nameOf(5), contentOf(nameOf(5))},
                                                               {nameOf(3), contentOf(nameOf(8))}}));
-    EXPECT_EQ(numbersInIndex("dictionary.2"), (Numbers{1, 2, 3}));
+    EXPECT_EQ(numbersInIndex("dictionary.2"), (Numbers{1, 5, 3}));
 }
 
 TEST_F(Renumbering, AVanishedFileGoesUnnoticed) {
@@ -203,6 +205,40 @@ TEST_F(Renumbering, AnIndexWithoutFoundTrainingsIsLeftAlone) {
     ASSERT_TRUE(device::state.dictionary.empty());
     renumberAndClose();
     EXPECT_EQ(numbersInIndex("dictionary.2"), (Numbers{1, 5}));
+}
+
+TEST_F(Renumbering, NothingElseStaysInTheDirectory) {
+    useCard({recordOf(1, 1), recordOf(5, 2)});
+    renumberAndClose();
+    EXPECT_EQ(namesIn("."), (std::set<std::string>{"dictionary.2", nameOf(1), nameOf(2)}));
+}
+
+TEST_F(Renumbering, AnotherCardInTheSlotIsLoadedAndNotTouched) {
+    useCard({recordOf(1, 1), recordOf(5, 2)});
+    std::vector<device::DictionaryRecord> others = {recordOf(1, 1), recordOf(5, 7)};
+    builders::writeCard(directory, others);
+    const std::string index = bytesOf("dictionary.2");
+    expectQuestion(true);
+    renumber();
+    EXPECT_EQ(bytesOf("dictionary.2"), index);
+    EXPECT_TRUE(fs::exists(nameOf(5)));
+    EXPECT_FALSE(fs::exists(nameOf(2)));
+    EXPECT_EQ(device::state.dictionary[1].startDate, others[1].startDate);
+    EXPECT_EQ(tableChanges, 1);
+    EXPECT_TRUE(world.windows.empty());
+}
+
+// A full disk: nothing is renamed that could not be found again.
+TEST_F(Renumbering, WithoutRoomForTheCopyOfTheIndexEveryFileKeepsItsName) {
+    useCard({recordOf(1, 1), recordOf(5, 2), recordOf(8, 3)});
+    const auto before = contents();
+    {
+        const FileSizeLimit full(100);
+        renumberAndClose();
+    }
+    EXPECT_EQ(contents(), before);
+    EXPECT_EQ(numbersInIndex("dictionary.2"), (Numbers{1, 5, 8}));
+    EXPECT_EQ(device::state.dictionary.size(), 3U);
 }
 
 TEST_F(Renumbering, TheReportWindowHasItsSizes) {

@@ -3,10 +3,10 @@
 
 #include "services/latin1.h"
 
-namespace files {
+namespace device {
 
 // Digits of either case: the device may write upper case. Such a name can be no path and needs no
 // conversion to become one.
 bool isTrainingName(services::TextView name);
 
-}  // namespace files
+}  // namespace device

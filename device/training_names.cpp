@@ -1,8 +1,8 @@
-#include "files/training_names.h"
+#include "device/training_names.h"
 
 #include <algorithm>
 
-namespace files {
+namespace device {
 namespace {
 
 bool isHexadecimalDigit(char character) {
@@ -16,4 +16,4 @@ bool isTrainingName(services::TextView name) {
     return name.size() == 16 && std::all_of(name.begin(), name.end(), isHexadecimalDigit);
 }
 
-}  // namespace files
+}  // namespace device

@@ -1,0 +1,189 @@
+#include "device/index_copy.h"
+
+#include <map>
+#include <unordered_map>
+#include <unordered_set>
+#include <utility>
+
+#include "device/dictionary_record.h"
+#include "device/record_layout.h"
+#include "device/training_names.h"
+#include "services/numbers.h"
+#include "services/whole_files.h"
+
+namespace device {
+
+namespace {
+
+using services::Text;
+
+constexpr std::size_t nameLength = 16;
+constexpr std::size_t numberLength = sizeof(std::uint64_t);
+constexpr std::size_t renameLength = numberLength + nameLength;
+
+// The trailer: the lengths, the old index, these words and a hash of everything before the hash.
+constexpr std::string_view signature = "kurbelbuch-neu-1";
+constexpr std::size_t trailerLength = 5 * numberLength + signature.size();
+
+std::uint64_t numberAt(std::string_view bytes, std::uint64_t position) {
+    return readNumber<std::uint64_t>(std::as_bytes(std::span(bytes)), position);
+}
+
+void putNumber(std::string& bytes, std::uint64_t position, std::uint64_t value) {
+    Text stored;
+    appendNumber(stored, value);
+    bytes.replace(position, stored.size(), stored);
+}
+
+// The name that the training's file has now. A training whose file has vanished is looked for under
+// the new name, unless another record of the same file tells where that went.
+std::vector<std::uint64_t> presentNumbers(const IndexCopy& copy,
+                                          std::span<const RenameOutcome> outcomes) {
+    std::unordered_map<Text, std::uint64_t> moved;
+    for (std::size_t i = 0; i < copy.renames.size(); ++i) {
+        if (outcomes[i] == RenameOutcome::moved)
+            moved[copy.renames[i].oldName] = numberAt(copy.index, copy.renames[i].position);
+    }
+    std::vector<std::uint64_t> numbers;
+    numbers.reserve(copy.renames.size());
+    for (std::size_t i = 0; i < copy.renames.size(); ++i) {
+        const PendingRename& rename = copy.renames[i];
+        std::uint64_t number = numberAt(copy.index, rename.position);
+        if (outcomes[i] == RenameOutcome::stays)
+            number = services::hexadecimalToNumber(rename.oldName);
+        else if (const auto found = moved.find(rename.oldName);
+                 outcomes[i] == RenameOutcome::gone && found != moved.end())
+            number = found->second;
+        numbers.push_back(number);
+    }
+    return numbers;
+}
+
+bool beginsWithOldIndex(const IndexCopy& copy, std::string_view bytes) {
+    return copy.oldLength > 0 && copy.oldLength <= bytes.size() &&
+           services::hashOf(bytes.substr(0, copy.oldLength)) == copy.oldHash;
+}
+
+std::string withMissingRecords(std::string_view present, std::string_view copied,
+                               const std::function<bool(const Text&)>& isThere) {
+    // A rest of a record would shift all that come behind it.
+    std::string index(present.substr(0, present.size() - present.size() % dictionaryRecordSize));
+    std::unordered_set<std::uint64_t> listed;
+    for (std::size_t at = 0; at < index.size(); at += dictionaryRecordSize)
+        listed.insert(numberAt(index, at));
+    for (std::size_t at = 0; at + dictionaryRecordSize <= copied.size();
+         at += dictionaryRecordSize) {
+        const std::uint64_t number = numberAt(copied, at);
+        if (listed.contains(number) || !isThere(services::numberToHexadecimal16(number))) continue;
+        listed.insert(number);
+        index += copied.substr(at, dictionaryRecordSize);
+    }
+    // Nothing was missing: then not even the rest is touched.
+    return index.size() > present.size() ? index : std::string(present);
+}
+
+}  // namespace
+
+std::string encodeIndexCopy(const IndexCopy& copy) {
+    std::string bytes = copy.index;
+    for (const PendingRename& rename : copy.renames) {
+        appendNumber(bytes, rename.position);
+        bytes += rename.oldName;
+    }
+    appendNumber(bytes, std::uint64_t{copy.index.size()});
+    appendNumber(bytes, std::uint64_t{copy.renames.size()});
+    appendNumber(bytes, copy.oldLength);
+    appendNumber(bytes, copy.oldHash);
+    bytes += signature;
+    appendNumber(bytes, services::hashOf(bytes));
+    return bytes;
+}
+
+std::optional<IndexCopy> decodeIndexCopy(std::string_view bytes) {
+    if (bytes.size() < trailerLength) return std::nullopt;
+    const std::size_t hashPosition = bytes.size() - numberLength;
+    const std::size_t trailer = bytes.size() - trailerLength;
+    if (bytes.substr(hashPosition - signature.size(), signature.size()) != signature ||
+        numberAt(bytes, hashPosition) != services::hashOf(bytes.substr(0, hashPosition))) {
+        return std::nullopt;
+    }
+    const std::uint64_t length = numberAt(bytes, trailer);
+    const std::uint64_t count = numberAt(bytes, trailer + numberLength);
+    if (length > trailer || count != (trailer - length) / renameLength ||
+        (trailer - length) % renameLength != 0) {
+        return std::nullopt;
+    }
+    IndexCopy copy{.index = std::string(bytes.substr(0, length)),
+                   .renames = {},
+                   .oldLength = numberAt(bytes, trailer + 2 * numberLength),
+                   .oldHash = numberAt(bytes, trailer + 3 * numberLength)};
+    for (std::size_t at = length; at < trailer; at += renameLength) {
+        PendingRename rename{.position = numberAt(bytes, at),
+                             .oldName = Text(bytes.substr(at + numberLength, nameLength))};
+        // Whoever wrote a hash that fits did not have to write the rest so as well.
+        if (length < numberLength || rename.position > length - numberLength ||
+            !isTrainingName(rename.oldName)) {
+            return std::nullopt;
+        }
+        copy.renames.push_back(std::move(rename));
+    }
+    return copy;
+}
+
+Text newNameOf(const IndexCopy& copy, const PendingRename& rename) {
+    return services::numberToHexadecimal16(numberAt(copy.index, rename.position));
+}
+
+std::vector<RenameOutcome> outcomesOf(const IndexCopy& copy,
+                                      const std::function<bool(const Text&)>& isThere) {
+    std::unordered_map<Text, bool> there;
+    for (const PendingRename& rename : copy.renames) {
+        for (const Text& name : {rename.oldName, newNameOf(copy, rename)}) {
+            if (const auto [place, isNew] = there.try_emplace(name); isNew)
+                place->second = isThere(name);
+        }
+    }
+    std::vector<RenameOutcome> outcomes(copy.renames.size(), RenameOutcome::gone);
+    for (std::size_t i = copy.renames.size(); i-- > 0;) {
+        bool& oldThere = there[copy.renames[i].oldName];
+        bool& newThere = there[newNameOf(copy, copy.renames[i])];
+        if (oldThere) {
+            outcomes[i] = RenameOutcome::stays;
+        } else if (newThere) {
+            outcomes[i] = RenameOutcome::moved;
+            newThere = false;
+            oldThere = true;
+        }
+    }
+    return outcomes;
+}
+
+std::string repairedIndex(const IndexCopy& copy, std::span<const RenameOutcome> outcomes,
+                          const std::optional<std::string_view>& present,
+                          const std::function<bool(const Text&)>& isThere) {
+    const std::vector<std::uint64_t> numbers = presentNumbers(copy, outcomes);
+    std::string copied = copy.index;
+    for (std::size_t i = 0; i < numbers.size(); ++i)
+        putNumber(copied, copy.renames[i].position, numbers[i]);
+
+    if (!present) return copied;
+    if (present->starts_with(copy.index))
+        return copied + std::string(present->substr(copied.size()));
+    if (copy.index.starts_with(*present)) return copied;
+    if (beginsWithOldIndex(copy, *present)) {
+        // Nothing was written yet: the old index lists everything still.
+        std::map<std::uint64_t, std::uint64_t> newNumbers;
+        for (std::size_t i = 0; i < numbers.size(); ++i)
+            newNumbers[services::hexadecimalToNumber(copy.renames[i].oldName)] = numbers[i];
+        std::string index(*present);
+        for (std::size_t at = 0; at + dictionaryRecordSize <= copy.oldLength;
+             at += dictionaryRecordSize) {
+            if (const auto found = newNumbers.find(numberAt(index, at)); found != newNumbers.end())
+                putNumber(index, at, found->second);
+        }
+        return index;
+    }
+    return withMissingRecords(*present, copied, isThere);
+}
+
+}  // namespace device

@@ -1,0 +1,72 @@
+// The copy of a new index that lies beside the old one while that is being replaced, and what it
+// tells after an interruption (docs/formats.md).
+//
+// The copy also carries the names that training files have until they are renamed, so that every
+// record finds its file wherever a renumbering stopped. All of this is computed from bytes and from
+// what is asked of the disk by functions that are handed in.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <functional>
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "services/latin1.h"
+
+namespace device {
+
+// A training file whose name changes together with the index.
+struct PendingRename {
+    std::uint64_t position = 0;  // of its record in the new index, in bytes
+    services::Text oldName;      // 16 digits; the record carries the new one
+
+    bool operator==(const PendingRename&) const = default;
+};
+
+struct IndexCopy {
+    std::string index = {};                   // the new index, byte for byte
+    std::vector<PendingRename> renames = {};  // in the order in which they are done
+
+    // What the index was when the copy was made; both 0 when there was none.
+    std::uint64_t oldLength = 0;
+    std::uint64_t oldHash = 0;
+
+    bool operator==(const IndexCopy&) const = default;
+};
+
+// The copy as it goes to disk, with a trailer that proves it complete.
+std::string encodeIndexCopy(const IndexCopy& copy);
+
+// Nothing for bytes that are no complete copy.
+std::optional<IndexCopy> decodeIndexCopy(std::string_view bytes);
+
+// What became of one rename.
+enum class RenameOutcome {
+    moved,  // the file has its new name
+    stays,  // it has its old name still
+    gone,   // it has neither
+};
+
+// One for each rename, decided by the names that are there. The renames were tried in their order,
+// each took a name that was free, and any of them may have failed; so the last one that was done
+// tells what its names were before it, and so on to the first. `isThere` is asked for each name
+// once.
+std::vector<RenameOutcome> outcomesOf(
+    const IndexCopy& copy, const std::function<bool(const services::Text& name)>& isThere);
+
+// The name in the copy's index of the training file of a rename.
+services::Text newNameOf(const IndexCopy& copy, const PendingRename& rename);
+
+// What the index must be. `present` is the index as it lies there; nothing when it is missing.
+//   missing, or cut short: what the copy holds
+//   the new or the old one, whatever was added behind it: that, under the names the files have
+//   any other: that, and behind it every training of the copy that has a file but no record
+std::string repairedIndex(const IndexCopy& copy, std::span<const RenameOutcome> outcomes,
+                          const std::optional<std::string_view>& present,
+                          const std::function<bool(const services::Text& name)>& isThere);
+
+}  // namespace device

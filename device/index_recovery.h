@@ -1,0 +1,38 @@
+// Keeping an index safe on the disk while it is replaced, and taking up what an interruption has
+// left. "directory" is where the index lies: empty for the working directory, else with a "/" at
+// its end.
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "device/index_copy.h"
+#include "services/paths.h"
+
+namespace device {
+
+inline constexpr services::PathView indexCopyName = "dictionary.2.kurbelbuch-neu";
+inline constexpr services::PathView unfinishedCopyName = "dictionary.2.kurbelbuch-teil";
+
+// Lays a complete copy of the index that is going to replace that of the working directory beside
+// it, on the disk when this returns true. A copy of the same index that lies there already stays,
+// with the names it remembers.
+bool layCopyBeside(std::string_view newIndex, std::vector<PendingRename> renames = {});
+
+// Removes the copy once the new index is safely on the disk, unless it still remembers names: those
+// are settled by takeUpCopy.
+void removeSettledCopy();
+
+// Takes up what a command that was cut off has left: completes its renames as far as they can be,
+// makes the index what it was going to be, under the names that the files have, and removes the
+// copy. Does nothing where no complete copy lies. When the index had to change and can't be
+// written, the copy stays and the index comes back as it should be.
+std::optional<std::string> takeUpCopy(services::PathView directory);
+
+// True when an index can be read in the directory, or a copy can stand in for it. A missing one is
+// restored.
+bool hasIndex(services::PathView directory);
+
+}  // namespace device

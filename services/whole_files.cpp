@@ -1,0 +1,98 @@
+#include "services/whole_files.h"
+
+#include <cstdio>
+#include <new>
+#include <stdexcept>
+
+#include "services/regular_files.h"
+
+namespace services {
+
+namespace {
+
+bool exists(const Path& path, LinksAre links) {
+    struct stat status = {};
+    const int result =
+        links == LinksAre::followed ? stat(path.c_str(), &status) : lstat(path.c_str(), &status);
+    // What can't be looked at may well be there.
+    return result == 0 || (errno != ENOENT && errno != ENOTDIR);
+}
+
+bool readAll(int descriptor, std::string& bytes) {
+    struct stat status = {};
+    if (fstat(descriptor, &status) != 0 || status.st_size < 0) return false;
+    bytes.resize(static_cast<std::size_t>(status.st_size));
+    return readFully(descriptor, std::as_writable_bytes(std::span(bytes))) == status.st_size;
+}
+
+bool writeNewFile(const Path& path, std::string_view bytes) {
+    // Whatever bears the name is of a run that was cut off; a link goes, not what it leads to.
+    unlink(path.c_str());
+    const int descriptor = openRegularFile(path, O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW);
+    if (descriptor == noDescriptor) return false;
+    const bool written =
+        writeFully(descriptor, std::as_bytes(std::span(bytes))) && flushDescriptor(descriptor);
+    // Some file systems tell only here that the disk was full.
+    return close(descriptor) == 0 && written;
+}
+
+}  // namespace
+
+WholeFile readWholeFile(PathView path, LinksAre links) {
+    WholeFile file;
+    if (!isUsablePath(path)) return file;
+    if (!exists(Path(path), links)) return file;
+    file.state = WholeFile::State::unreadable;
+    const int descriptor =
+        openRegularFile(path, links == LinksAre::followed ? O_RDONLY : O_RDONLY | O_NOFOLLOW);
+    if (descriptor == noDescriptor) return file;
+    try {
+        if (readAll(descriptor, file.bytes)) file.state = WholeFile::State::read;
+    } catch (const std::bad_alloc&) {
+    } catch (const std::length_error&) {
+    }
+    if (file.state != WholeFile::State::read) file.bytes = {};
+    close(descriptor);
+    return file;
+}
+
+bool replaceWholeFile(PathView path, PathView temporary, std::string_view bytes) {
+    if (!isUsablePath(path) || !isUsablePath(temporary)) return false;
+    const Path unfinished(temporary);
+    if (writeNewFile(unfinished, bytes) &&
+        std::rename(unfinished.c_str(), Path(path).c_str()) == 0) {
+        return flushDirectoryOf(path);
+    }
+    unlink(unfinished.c_str());
+    return false;
+}
+
+bool flushPath(PathView path) {
+    const int descriptor = openRegularFile(path, O_RDONLY);
+    if (descriptor == noDescriptor) return false;
+    const bool flushed = flushDescriptor(descriptor);
+    close(descriptor);
+    return flushed;
+}
+
+bool flushDirectoryOf(PathView path) {
+    const std::size_t slash = path.rfind('/');
+    const Path directory(slash == PathView::npos ? PathView(".") : path.substr(0, slash + 1));
+    const int descriptor = open(directory.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    if (descriptor < 0) return true;
+    const bool flushed =
+        flushDescriptor(descriptor) || (errno != EIO && errno != ENOSPC && errno != EDQUOT);
+    close(descriptor);
+    return flushed;
+}
+
+std::uint64_t hashOf(std::string_view bytes, std::uint64_t before) {
+    std::uint64_t hash = before;
+    for (const char byte : bytes) {
+        hash ^= static_cast<unsigned char>(byte);
+        hash *= 0x100000001B3U;
+    }
+    return hash;
+}
+
+}  // namespace services

@@ -1,0 +1,44 @@
+// Small files as a whole: read at once, and replaced so that a name always stands for all of the
+// old bytes or all of the new ones.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+#include "services/paths.h"
+
+namespace services {
+
+enum class LinksAre { followed, refused };
+
+struct WholeFile {
+    enum class State { missing, unreadable, read } state = State::missing;
+    std::string bytes;  // empty unless read
+};
+
+// Missing is what has no such name, and a link that leads nowhere when links are followed.
+// Unreadable is what is no regular file, can't be opened, shrinks while it is read, gives a read
+// error or finds no memory.
+WholeFile readWholeFile(PathView path, LinksAre links);
+
+// Writes the bytes as `temporary` in the same directory, waits until they are on the disk, and only
+// then gives them the name `path`; what had it, a link included, is replaced. True when the new
+// file and its name are on the disk. On false the old file is there as it was, or the new one is
+// (when only the directory could not be flushed), and nothing is left under the temporary name.
+// What lies there of an earlier run is replaced.
+bool replaceWholeFile(PathView path, PathView temporary, std::string_view bytes);
+
+// Waits until the file is on the disk. True on success.
+bool flushPath(PathView path);
+
+// Waits until the names in the directory that holds `path` are on the disk. Many file systems can't
+// do that for directories and say so: only a failing disk counts as a failure.
+bool flushDirectoryOf(PathView path);
+
+// FNV-1a in 64 bits: tells files apart that differ by accident. Goes on from the value of what came
+// before.
+inline constexpr std::uint64_t emptyHash = 0xCBF29CE484222325U;
+std::uint64_t hashOf(std::string_view bytes, std::uint64_t before = emptyHash);
+
+}  // namespace services

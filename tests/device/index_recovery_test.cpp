@@ -1,0 +1,165 @@
+#include "device/index_recovery.h"
+
+#include <unistd.h>
+
+#include "device/device_tree.h"
+#include "device/dictionary.h"
+#include "tests/device/card_fixture.h"
+#include "tests/files/file_size_limit.h"
+
+namespace {
+
+namespace fs = std::filesystem;
+using device::loadDictionary;
+using device::saveDictionary;
+using device::SaveMode;
+using device::state;
+using device_tests::bytesOf;
+using device_tests::indexRecord;
+using device_tests::nameOf;
+using device_tests::writeBytes;
+using device_tests::writeTrainingFile;
+
+class IndexRecovery : public device_tests::CardTest {
+  protected:
+    void SetUp() override {
+        CardTest::SetUp();
+        for (std::uint64_t i = 1; i <= 3; ++i) {
+            writeTrainingFile(i);
+            index += indexRecord(i, static_cast<std::int32_t>(i)).bytes;
+        }
+    }
+
+    // What a run leaves that was cut off before it removed the copy.
+    void leaveCopy(const fs::path& directory_ = ".") {
+        writeBytes(directory_ / device::indexCopyName, device::encodeIndexCopy({.index = index}));
+    }
+
+    static bool copyLies() { return fs::exists(device::indexCopyName); }
+
+    std::string index;
+};
+
+TEST_F(IndexRecovery, AMissingIndexIsTakenUpFromTheCopy) {
+    leaveCopy();
+    loadDictionary();
+    EXPECT_EQ(state.dictionary.size(), 3U);
+    EXPECT_EQ(bytesOf("dictionary.2"), index);
+    EXPECT_FALSE(copyLies());
+}
+
+TEST_F(IndexRecovery, AnIndexThatWasCutShortIsTakenUpFromTheCopy) {
+    for (const std::size_t length : {0U, 1U, 152U, 300U, 455U}) {
+        leaveCopy();
+        writeBytes("dictionary.2", index.substr(0, length));
+        loadDictionary();
+        EXPECT_EQ(state.dictionary.size(), 3U);
+        EXPECT_EQ(bytesOf("dictionary.2"), index);
+        EXPECT_FALSE(copyLies());
+    }
+}
+
+TEST_F(IndexRecovery, AnUnfinishedCopyIsNotTakenUp) {
+    const std::string copy = device::encodeIndexCopy({.index = index});
+    writeBytes(std::string(device::indexCopyName), copy.substr(0, copy.size() - 1));
+    device_tests::expectUnreadableIndex();
+    loadDictionary();
+    EXPECT_FALSE(fs::exists("dictionary.2"));
+}
+
+TEST_F(IndexRecovery, AGoodIndexIsNotReplacedByAnOldCopy) {
+    leaveCopy();
+    const std::string newer = index + indexRecord(4, 4).bytes;
+    writeTrainingFile(4);
+    writeBytes("dictionary.2", newer);
+    loadDictionary();
+    EXPECT_EQ(bytesOf("dictionary.2"), newer);
+    EXPECT_EQ(state.dictionary.size(), 4U);
+    EXPECT_FALSE(copyLies());
+}
+
+TEST_F(IndexRecovery, ACardWithoutItsIndexIsFoundByItsCopy) {
+    const fs::path tree = directory / "card/data/result/ergo_bike";
+    fs::create_directories(tree);
+    leaveCopy(tree);
+    fs::current_path(directory / "card");
+    EXPECT_EQ(device::locateDeviceTree(), device::TreeLocation::below);
+    EXPECT_EQ(bytesOf("dictionary.2"), index);
+    fs::remove("dictionary.2");
+    leaveCopy();
+    EXPECT_EQ(device::locateDeviceTree(), device::TreeLocation::current);
+    EXPECT_EQ(bytesOf("dictionary.2"), index);
+}
+
+TEST_F(IndexRecovery, WhatCantBeWrittenIsLoadedAllTheSame) {
+    leaveCopy();
+    const files_tests::FileSizeLimit full(100);
+    loadDictionary();
+    EXPECT_EQ(state.dictionary.size(), 3U);
+    EXPECT_FALSE(fs::exists("dictionary.2"));
+    EXPECT_TRUE(copyLies());
+    // And nothing is deleted from a card whose index is not the one in the list.
+    EXPECT_FALSE(device::isIndexAsLoaded());
+}
+
+TEST_F(IndexRecovery, WithoutRoomForACopyTheOldIndexStays) {
+    writeBytes("dictionary.2", index + "rest");
+    loadDictionary();
+    {
+        const files_tests::FileSizeLimit full(300);
+        saveDictionary(SaveMode::all);
+    }
+    EXPECT_EQ(bytesOf("dictionary.2"), index + "rest");
+    EXPECT_FALSE(copyLies());
+    EXPECT_FALSE(fs::exists(device::unfinishedCopyName));
+}
+
+// There is room for the copy but none beside it: the index is cut short, and nothing is lost.
+TEST_F(IndexRecovery, AnIndexThatCouldNotBeWrittenInFullIsTakenUpWhenThereIsRoom) {
+    writeBytes("dictionary.2", index);
+    loadDictionary();
+    ASSERT_TRUE(device::layCopyBeside(index));
+    {
+        const files_tests::FileSizeLimit full(300);
+        saveDictionary(SaveMode::all);
+        loadDictionary();
+    }
+    EXPECT_EQ(state.dictionary.size(), 3U);
+    EXPECT_TRUE(copyLies());
+    loadDictionary();
+    EXPECT_EQ(bytesOf("dictionary.2"), index);
+    EXPECT_FALSE(copyLies());
+}
+
+TEST_F(IndexRecovery, LinksAreNotFollowedToACopyOrThroughOne) {
+    writeBytes("elsewhere", device::encodeIndexCopy({.index = index}));
+    fs::create_symlink("elsewhere", device::indexCopyName);
+    device_tests::expectUnreadableIndex();
+    loadDictionary();
+    fs::remove(device::indexCopyName);
+
+    leaveCopy();
+    writeBytes("precious", "precious");
+    fs::create_symlink("precious", device::unfinishedCopyName);
+    loadDictionary();
+    EXPECT_EQ(state.dictionary.size(), 3U);
+    EXPECT_EQ(bytesOf("precious"), "precious");
+}
+
+TEST_F(IndexRecovery, InterruptedRenamesAreCompleted) {
+    const std::string old = indexRecord(1, 1).bytes + indexRecord(0x15, 2).bytes;
+    writeBytes("dictionary.2", old);
+    fs::rename(nameOf(2), nameOf(0x15));
+    loadDictionary();
+    state.dictionary[1].fileName = nameOf(2);
+    const device::PendingName pending[] = {{.record = 1, .oldName = nameOf(0x15)}};
+    ASSERT_TRUE(device::announceRenaming(pending));
+    // Cut off here.
+    loadDictionary();
+    EXPECT_TRUE(fs::exists(nameOf(2)));
+    EXPECT_FALSE(fs::exists(nameOf(0x15)));
+    EXPECT_EQ(bytesOf("dictionary.2"), indexRecord(1, 1).bytes + indexRecord(2, 2).bytes);
+    EXPECT_FALSE(copyLies());
+}
+
+}  // namespace
