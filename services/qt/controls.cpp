@@ -142,11 +142,13 @@ void createTextView(int window, int control, const Box& box, TextView accessible
     auto* view = addControl<ReadOnlyText>(*found, control, box);
     view->setReadOnly(true);
     view->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
-    view->setLineWrapMode(QPlainTextEdit::NoWrap);
+    const bool isMeasured = wanted.columns > 0 || wanted.lines > 0;
+    view->setLineWrapMode(isMeasured ? QPlainTextEdit::NoWrap : QPlainTextEdit::WidgetWidth);
+    view->setWordWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
     view->setTabChangesFocus(true);
     view->setUndoRedoEnabled(false);
     view->setFont(fixedFont(box, wanted));
-    if (wanted.columns > 0 || wanted.lines > 0) {
+    if (isMeasured) {
         // The box is measured for the text alone.
         view->setFrameShape(QFrame::NoFrame);
         view->document()->setDocumentMargin(0);

@@ -21,6 +21,11 @@ void prepareBox(QMessageBox& box, TextView title, TextView text) {
     box.setText(qt::toQString(text));
 }
 
+// Every other title stands above news of what was done, or of nothing to do.
+bool tellsOfAFailure(TextView title) {
+    return title == "Fehler" || title == "Dateifehler";
+}
+
 Path encode(const QString& name) {
     const QByteArray bytes = QFile::encodeName(name);
     return Path(bytes.constData(), static_cast<std::size_t>(bytes.size()));
@@ -35,8 +40,7 @@ QString decode(PathView path) {
 void showMessage(TextView title, TextView text) {
     QMessageBox box(qt::requesterOwner());
     prepareBox(box, title, text);
-    box.setIcon(title == "Info" || title == "Preferences" ? QMessageBox::Information
-                                                          : QMessageBox::Warning);
+    box.setIcon(tellsOfAFailure(title) ? QMessageBox::Warning : QMessageBox::Information);
     box.addButton(QMessageBox::Ok)->setText(QStringLiteral("OK"));
     box.exec();
 }

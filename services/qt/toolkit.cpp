@@ -98,6 +98,11 @@ QString toQString(TextView text) {
     QString string = QString::fromLatin1(text.data(), static_cast<qsizetype>(text.size()));
     string.replace(QLatin1String("\r\n"), QLatin1String("\n"));
     string.replace(QLatin1Char('\r'), QLatin1Char('\n'));
+    // A card may hold any byte. Of the control characters only line ends mean something here.
+    for (QChar& character : string) {
+        if (character.category() == QChar::Other_Control && character != QLatin1Char('\n'))
+            character = QChar::ReplacementCharacter;
+    }
     return string;
 }
 

@@ -7,6 +7,8 @@
 #include <QPushButton>
 #include <QScrollBar>
 #include <QTest>
+#include <QTextBlock>
+#include <QTextLayout>
 #include <QTreeView>
 
 #include "tests/windows/window_test.h"
@@ -136,8 +138,28 @@ TEST_F(Controls, ATextViewShowsPlainLinesHoweverTheyEnd) {
     ASSERT_NE(nullptr, view);
     EXPECT_EQ(QStringLiteral("<b>eins</b>\nzwei\ndrei\nvier\n"), view->toPlainText());
     EXPECT_TRUE(view->isReadOnly());
-    EXPECT_EQ(QPlainTextEdit::NoWrap, view->lineWrapMode());
     EXPECT_EQ(QStringLiteral("Bericht"), view->accessibleName());
+}
+
+// The report of a renumbering is narrower than its lines in a font of usual size.
+TEST_F(Controls, ATextViewShowsAllOfALineThatIsTooLongForIt) {
+    services::createTextView(services::mainWindow, control, {0, 0, 238, 100}, "Bericht");
+    show();
+    services::appendControlText(services::mainWindow, control,
+                                "00000000000000af = 0000000000000012\r" + std::string(200, 'x'));
+    auto* view = only<QPlainTextEdit>();
+    ASSERT_NE(nullptr, view);
+    EXPECT_EQ(0, view->horizontalScrollBar()->maximum());
+    for (QTextBlock block = view->document()->begin(); block.isValid(); block = block.next()) {
+        for (int i = 0; i < block.layout()->lineCount(); ++i)
+            EXPECT_LE(block.layout()->lineAt(i).naturalTextWidth(), view->viewport()->width());
+    }
+}
+
+TEST_F(Controls, ATextViewOfMeasuredSizeBreaksNoLine) {
+    services::createTextView(services::mainWindow, control, {0, 0, 200, 100}, "Hilfe",
+                             {.columns = 80, .lines = 5});
+    EXPECT_EQ(QPlainTextEdit::NoWrap, only<QPlainTextEdit>()->lineWrapMode());
 }
 
 TEST_F(Controls, ATextViewScrollsToWhatIsAppended) {

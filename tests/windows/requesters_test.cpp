@@ -73,6 +73,39 @@ TEST_F(Requesters, AMessageHasOneOkButtonAndPlainText) {
     EXPECT_EQ(Qt::PlainText, format);
 }
 
+TEST_F(Requesters, OnlyFailuresHaveTheIconOfAWarning) {
+    const struct {
+        const char* title;
+        QMessageBox::Icon icon;
+    } rows[] = {
+        {"Fehler", QMessageBox::Warning},         {"Dateifehler", QMessageBox::Warning},
+        {"Info", QMessageBox::Information},       {"Preferences", QMessageBox::Information},
+        {"Dateinamen", QMessageBox::Information}, {"L\xF6sche Datei", QMessageBox::Information}};
+    for (const auto& row : rows) {
+        QMessageBox::Icon icon = QMessageBox::NoIcon;
+        whenOpen([&](QWidget* dialog) {
+            auto* box = qobject_cast<QMessageBox*>(dialog);
+            icon = box->icon();
+            box->accept();
+        });
+        services::showMessage(row.title, "Text");
+        EXPECT_EQ(row.icon, icon) << row.title;
+    }
+}
+
+// What a card may hold where a name or a description is expected.
+TEST_F(Requesters, NoControlCharacterDisturbsAMessage) {
+    QString text;
+    whenOpen([&](QWidget* dialog) {
+        auto* box = qobject_cast<QMessageBox*>(dialog);
+        text = box->text();
+        box->accept();
+    });
+    services::showMessage("Info", std::string_view("a\0b\tc\x1B[1md\x7F\x85\x9B", 13));
+    const QChar unknown = QChar::ReplacementCharacter;
+    EXPECT_EQ(QStringLiteral("a%1b%1c%1[1md%1%1%1").arg(unknown), text);
+}
+
 TEST_F(Requesters, AQuestionIsAnsweredByJaOnly) {
     struct Row {
         const char* name;
