@@ -116,6 +116,7 @@ int textHeight(TextView) {
 void drawText(Surface& surface, int x, int y, TextView text, Colour colour) {
     if (world.beforeText) world.beforeText(surface);
     world.texts.push_back({x, y, Text(text), colour});
+    if (world.paintText) world.paintText(surface, world.texts.back());
 }
 
 void dropWaitingEvents() {

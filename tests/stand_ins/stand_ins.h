@@ -113,6 +113,8 @@ struct World {
 
     std::vector<TextCall> texts;                               // drawn since the test began
     std::function<void(const services::Surface&)> beforeText;  // sees the picture as it is then
+    // Paints each text, of which nothing is seen without it.
+    std::function<void(services::Surface&, const TextCall&)> paintText;
     std::map<int, WindowRecord> windows;
     std::vector<services::MenuRow> menuRows;  // as built
     services::DateValue now = 0;
