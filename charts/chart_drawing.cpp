@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <utility>
 #include <vector>
 
 #include "charts/chart_frame.h"
@@ -10,6 +11,7 @@
 #include "charts/chart_texts.h"
 #include "charts/mark_geometry.h"
 #include "charts/mark_painting.h"
+#include "charts/mark_strips.h"
 #include "device/device_state.h"
 #include "services/menus.h"
 #include "services/numbers.h"
@@ -30,13 +32,6 @@ struct Drawing {
     ChartFrame frame;
     std::vector<ValueSeries>
         series;  // by value number - range.first; only marked values are filled
-};
-
-// Room for the marks of one value, used over and over.
-struct MarkRoom {
-    BarMarks bars;
-    std::vector<LineMark> line;
-    PointMarks points;
 };
 
 bool hasMarks(const MarkedOptions& marks, int valueNumber) {
@@ -70,83 +65,41 @@ void draw(services::Surface& surface, const PlacedText& text) {
     services::drawText(surface, text.x, text.y, text.text, text.colour);
 }
 
-void drawCloud(services::Surface& surface, const Drawing& drawing, int valueNumber, MarkRoom& room,
-               CloudTextPlace& place) {
+ValueLayer layerOf(const Drawing& drawing, int valueNumber, CloudTextPlace& place) {
     const ValueSeries& series = seriesOf(drawing, valueNumber);
-    ++place.count;
-    if (!series.hasData) return;
-    computeCloud(drawing.frame, series, room.points);
-    paintCircles(surface, room.points, colourOf(valueNumber));
-    draw(surface, cloudText(drawing.frame, valueNumber, series, colourOf(valueNumber), place));
-}
-
-void drawMean(services::Surface& surface, const Drawing& drawing, int valueNumber) {
-    const ValueSeries& series = seriesOf(drawing, valueNumber);
-    const auto mark = computeMean(drawing.frame, series);
-    if (!mark) return;
-    paintMean(surface, drawing.frame, *mark, colourOf(valueNumber));
-    draw(surface, meanText(drawing.frame, valueNumber, series, *mark, colourOf(valueNumber)));
-}
-
-void drawTrend(services::Surface& surface, const Drawing& drawing, int valueNumber) {
-    const auto mark = computeTrend(drawing.frame, seriesOf(drawing, valueNumber));
-    if (!mark) return;
-    paintTrend(surface, *mark);
-    draw(surface, trendText(drawing.frame, *mark, colourOf(valueNumber)));
-}
-
-void drawOption(services::Surface& surface, const Drawing& drawing, int valueNumber, Option option,
-                MarkRoom& room, CloudTextPlace& place) {
     const ChartFrame& frame = drawing.frame;
-    const ValueSeries& series = seriesOf(drawing, valueNumber);
-    const services::Colour colour = colourOf(valueNumber);
-    switch (option) {
-        case Option::bars:
-            computeBars(frame, series, room.bars);
-            paintBars(surface, room.bars, colour);
-            break;
-        case Option::line:
-            computeLine(frame, series, room.line);
-            paintLine(surface, room.line, colour);
-            break;
-        case Option::circles:
-            computeCircles(frame, series, room.points);
-            paintCircles(surface, room.points, colour);
-            break;
-        case Option::squares:
-            computeSquares(frame, series, room.points);
-            paintSquares(surface, room.points, colour);
-            break;
-        case Option::cloud:
-            drawCloud(surface, drawing, valueNumber, room, place);
-            break;
-        case Option::mean:
-            drawMean(surface, drawing, valueNumber);
-            break;
-        case Option::trend:
-            drawTrend(surface, drawing, valueNumber);
-            break;
-        case Option::limits:
-        case Option::colour:
-            break;
+    const auto has = [&](Option option) { return drawing.marks.has(valueNumber, option); };
+    ValueLayer layer;
+    layer.series = &series;
+    layer.colour = colourOf(valueNumber);
+    for (std::size_t style = firstMarkOption; style < layer.styles.size(); ++style)
+        layer.styles[style] = has(static_cast<Option>(style));
+    // A cloud without data keeps its place among the texts.
+    if (has(Option::cloud)) ++place.count;
+    if (!series.hasData) return layer;
+    if (has(Option::cloud)) {
+        layer.cloudText = cloudText(frame, valueNumber, series, layer.colour, place);
     }
+    if (has(Option::mean)) layer.mean = computeMean(frame, series);
+    if (layer.mean) {
+        layer.meanText = meanText(frame, valueNumber, series, *layer.mean, layer.colour);
+    }
+    if (has(Option::trend)) layer.trend = computeTrend(frame, series);
+    if (layer.trend) layer.trendText = trendText(frame, *layer.trend, layer.colour);
+    return layer;
 }
 
-// Bars first, so that they lie behind the marks of every other value.
 void drawMarks(services::Surface& surface, const Drawing& drawing) {
-    MarkRoom room;
+    ChartLayers layers;
+    layers.frame = drawing.frame;
+    layers.grid = gridRules(drawing.frame, gridKind(drawing.marks));
     CloudTextPlace place;
-    const auto drawOptions = [&](int first, int last) {
-        for (int value = drawing.range.first; value < drawing.range.end; ++value) {
-            for (int number = first; number <= last; ++number) {
-                const auto option = static_cast<Option>(number);
-                if (!drawing.marks.has(value, option)) continue;
-                drawOption(surface, drawing, value, option, room, place);
-            }
-        }
-    };
-    drawOptions(firstMarkOption, firstMarkOption);
-    drawOptions(firstMarkOption + 1, lastMarkOption);
+    for (int value = drawing.range.first; value < drawing.range.end; ++value) {
+        if (!hasMarks(drawing.marks, value)) continue;
+        ValueLayer layer = layerOf(drawing, value, place);
+        if (layer.series->hasData) layers.values.push_back(std::move(layer));
+    }
+    paintLayers(surface, layers);
 }
 
 // The opened training is the selected one of the index. Nothing when none is.
@@ -240,8 +193,6 @@ bool drawChart(ChartKind kind, services::Surface& surface, ShownChart* shown) {
     if (available < 2) return false;
 
     const Drawing drawing = gatherDrawing(kind, surface);
-    services::fillSurface(surface, services::white);
-    paintGrid(surface, gridRules(drawing.frame, gridKind(drawing.marks)));
     drawMarks(surface, drawing);
     drawTexts(surface, drawing);
     paintFrame(surface, drawing.frame);

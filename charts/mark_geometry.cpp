@@ -5,80 +5,14 @@
 #include <cstddef>
 #include <limits>
 
+#include "charts/mark_scale.h"
 #include "services/numbers.h"
 
 namespace charts {
 namespace {
 
-// The whole pixel nearest to an exact position; false when there is none.
-bool toPixel(double exact, int& pixel) {
-    // The bounds are those of the rounding: the lower one is a tie that goes to the even -2^31.
-    if (!(exact >= -2147483648.5 && exact < 2147483647.5)) return false;
-    pixel = services::roundToInt32(exact);
-    return true;
-}
-
-// The plot as the marks of one value see it, a little narrower and lower than its frame.
-struct Plot {
-    double left, top, width, height;
-
-    explicit Plot(const ChartFrame& frame)
-        : left(frame.left),
-          top(frame.top),
-          width(static_cast<double>(frame.width) - 2),
-          height(static_cast<double>(frame.height) - 1) {}
-
-    double right() const { return left + width; }
-    double bottom() const { return top + height; }
-};
-
-struct Scale {
-    double minimum, range;
-
-    explicit Scale(const ValueSeries& series)
-        : minimum(static_cast<double>(series.minimum)),
-          range(static_cast<double>(series.maximum) - static_cast<double>(series.minimum)) {}
-
-    // How far the value lies from the minimum on an axis of this length. Without a range there is
-    // no scale; an infinite minimum and maximum are not a range of 0 but none at all.
-    double along(double length, double value) const {
-        if (range == 0 && !std::isnan(value)) return length / 2;
-        return length * (value - minimum) / range;
-    }
-};
-
-double heightOf(const Plot& plot, const Scale& scale, double value) {
-    return plot.bottom() - scale.along(plot.height, value);
-}
-
-// How the values share the width: bars a fifth apart.
-struct Slots {
-    static constexpr double pitchFactor = 1.2;
-    double gap = 0;
-    double bar = 0;
-    int barPixels = 1;
-
-    Slots(const Plot& plot, std::size_t count) {
-        const auto number = static_cast<double>(count);
-        gap = plot.width / number - plot.width / number / pitchFactor;
-        bar = (plot.width - gap) / number / pitchFactor;
-        if (bar >= 1) barPixels = services::roundToInt32(bar);
-    }
-
-    double barLeft(const Plot& plot, std::size_t index) const {
-        return plot.left + gap + bar * static_cast<double>(index) * pitchFactor;
-    }
-};
-
 bool drawsNothing(const ValueSeries& series) {
     return !series.hasData || series.values.empty();
-}
-
-// The two clamps of an axis come one after the other and so the second wins where both apply.
-void keepInside(double& position, double low, double high, double reach, double lowPlace,
-                double highPlace) {
-    if (low > position - reach) position = lowPlace;
-    if (position + reach > high) position = highPlace;
 }
 
 void addPoint(double x, double y, std::vector<PointMark>& points) {
@@ -113,19 +47,16 @@ void computeBars(const ChartFrame& frame, const ValueSeries& series, BarMarks& m
     }
 }
 
-// The pitch and the start are not those of the bars, so the line drifts against them.
 void computeLine(const ChartFrame& frame, const ValueSeries& series, std::vector<LineMark>& marks) {
     marks.clear();
     if (drawsNothing(series)) return;
     const Plot plot(frame);
     const Scale scale(series);
     const Slots slots(plot, series.values.size());
-    const double start = plot.left + slots.bar / 1.5;
-    const double pitch = slots.gap + slots.bar;
     marks.reserve(series.values.size() - 1);
     for (std::size_t i = 0; i + 1 < series.values.size(); ++i) {
-        const double x1 = start + pitch * static_cast<double>(i);
-        const double x2 = start + pitch * static_cast<double>(i + 1);
+        const double x1 = slots.linePoint(plot, i);
+        const double x2 = slots.linePoint(plot, i + 1);
         const double y1 = heightOf(plot, scale, static_cast<double>(series.values[i]));
         const double y2 = heightOf(plot, scale, static_cast<double>(series.values[i + 1]));
         LineMark mark;
@@ -146,24 +77,14 @@ void computeCircles(const ChartFrame& frame, const ValueSeries& series, PointMar
     const Plot plot(frame);
     const Scale scale(series);
     const Slots slots(plot, series.values.size());
-    const int diameter = std::max(slots.barPixels, 8);
-    const double reach = diameter;
-    marks.size = diameter / 2;
+    marks.size = slots.circleDiameter() / 2;
     marks.points.reserve(series.values.size());
     for (std::size_t i = 0; i < series.values.size(); ++i) {
-        double x = plot.left + slots.gap + slots.bar * 0.5 +
-                   slots.bar * static_cast<double>(i) * Slots::pitchFactor;
-        double y = heightOf(plot, scale, static_cast<double>(series.values[i]));
-        keepInside(y, plot.top, plot.bottom(), reach, plot.top + reach / 2,
-                   plot.bottom() - reach / 2);
-        keepInside(x, plot.left, plot.right(), reach, plot.left + reach / 2,
-                   plot.right() - reach / 2);
-        addPoint(x, y, marks.points);
+        const double y = heightOf(plot, scale, static_cast<double>(series.values[i]));
+        addPoint(circleColumn(plot, slots, i), circleRow(plot, slots, y), marks.points);
     }
 }
 
-// Not quite the circles' rules: a square stands at the left of its slot, half a bar above its
-// value.
 void computeSquares(const ChartFrame& frame, const ValueSeries& series, PointMarks& marks) {
     marks.size = 0;
     marks.points.clear();
@@ -171,37 +92,26 @@ void computeSquares(const ChartFrame& frame, const ValueSeries& series, PointMar
     const Plot plot(frame);
     const Scale scale(series);
     const Slots slots(plot, series.values.size());
-    marks.size = std::max(slots.barPixels, 6);
-    const double reach = marks.size;
+    marks.size = slots.squareSide();
     marks.points.reserve(series.values.size());
     for (std::size_t i = 0; i < series.values.size(); ++i) {
-        double x = slots.barLeft(plot, i);
-        double y = heightOf(plot, scale, static_cast<double>(series.values[i])) - slots.bar / 2;
-        keepInside(y, plot.top, plot.bottom(), reach, plot.top, plot.bottom() - reach);
-        keepInside(x, plot.left, plot.right(), reach, plot.left, plot.right() - reach);
-        addPoint(x, y, marks.points);
+        const double y = heightOf(plot, scale, static_cast<double>(series.values[i]));
+        addPoint(squareColumn(plot, slots, i), squareRow(plot, slots, y), marks.points);
     }
 }
 
-// Each value against the one before it. A point moves in by the radius at the low end of an axis
-// and by twice the radius at the high end.
 void computeCloud(const ChartFrame& frame, const ValueSeries& series, PointMarks& marks) {
-    constexpr double radius = 1.5;
-    marks.size = services::roundToInt32(radius);
+    marks.size = services::roundToInt32(CloudScale::radius);
     marks.points.clear();
     if (drawsNothing(series)) return;
-    const Plot plot(frame);
+    const CloudScale cloud{Plot(frame)};
     const Scale scale(series);
-    const double side = std::min(plot.width, plot.height);
-    const double right = plot.left + side;
-    const double bottom = plot.top + side;
     marks.points.reserve(series.values.size() - 1);
     for (std::size_t i = 1; i < series.values.size(); ++i) {
-        double x = plot.left + scale.along(side, static_cast<double>(series.values[i]));
-        double y = bottom - scale.along(side, static_cast<double>(series.values[i - 1]));
-        keepInside(y, plot.top, bottom, radius, plot.top + radius, bottom - 2 * radius);
-        keepInside(x, plot.left, right, radius, plot.left + radius, right - 2 * radius);
-        addPoint(x, y, marks.points);
+        const auto along = [&](std::size_t index) {
+            return scale.along(cloud.side, static_cast<double>(series.values[index]));
+        };
+        addPoint(cloud.x(along(i)), cloud.y(along(i - 1)), marks.points);
     }
 }
 

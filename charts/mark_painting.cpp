@@ -2,9 +2,22 @@
 
 namespace charts {
 
+services::DeviceBox rulePixels(double pixelRatio, const GridRule& rule) {
+    return rule.vertical ? services::verticalRulePixels(pixelRatio, rule.x, rule.y, rule.length)
+                         : services::horizontalRulePixels(pixelRatio, rule.x, rule.y, rule.length);
+}
+
+services::DeviceBox meanPixels(double pixelRatio, const ChartFrame& frame, const MeanMark& mark) {
+    return services::horizontalRulePixels(pixelRatio, frame.left, mark.y, frame.width - 2);
+}
+
+services::Colour ruleColour(const GridRule& rule) {
+    return rule.border ? services::black : gridColour;
+}
+
 void paintGrid(services::Surface& surface, std::span<const GridRule> rules) {
     for (const GridRule& rule : rules) {
-        const services::Colour colour = rule.border ? services::black : gridColour;
+        const services::Colour colour = ruleColour(rule);
         if (rule.vertical) {
             services::drawVerticalRule(surface, rule.x, rule.y, rule.length, colour);
         } else {

@@ -14,6 +14,12 @@ namespace charts {
 inline constexpr services::Colour gridColour = services::rgb(200, 200, 200);
 inline constexpr services::Colour trendColour = services::rgb(255, 0, 0);
 
+// Where a rule of the grid and a mean line stand on a surface of this ratio.
+services::DeviceBox rulePixels(double pixelRatio, const GridRule& rule);
+services::DeviceBox meanPixels(double pixelRatio, const ChartFrame& frame, const MeanMark& mark);
+
+services::Colour ruleColour(const GridRule& rule);
+
 void paintGrid(services::Surface& surface, std::span<const GridRule> rules);
 void paintBars(services::Surface& surface, const BarMarks& marks, services::Colour colour);
 void paintLine(services::Surface& surface, std::span<const LineMark> marks,

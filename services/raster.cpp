@@ -18,15 +18,6 @@ namespace {
 constexpr double largestPixelRatio = 64;
 constexpr std::int64_t largestDeviceSize = 32767;
 
-// Device pixels from the first up to but not including the last; coordinates may be anywhere.
-struct DeviceBox {
-    std::int64_t left;
-    std::int64_t top;
-    std::int64_t right;
-    std::int64_t bottom;
-};
-
-// std::floor is a call on the oldest processors we build for, and small marks are mostly edges.
 std::int64_t floorToInteger(double value) {
     const auto truncated = static_cast<std::int64_t>(value);
     return truncated - (static_cast<double>(truncated) > value ? 1 : 0);
@@ -44,29 +35,8 @@ std::uint64_t modulo64(std::int64_t value) {
     return static_cast<std::uint64_t>(value);
 }
 
-std::int64_t edge(std::int64_t logical, double pixelRatio) {
-    return floorToInteger(static_cast<double>(logical) * pixelRatio + 0.5);
-}
-
-std::int64_t ruleThickness(const Surface& surface) {
-    return floorToInteger(surface.pixelRatio + 0.5);
-}
-
-std::int64_t lineThickness(const Surface& surface) {
-    return static_cast<std::int64_t>(std::ceil(surface.pixelRatio));
-}
-
-std::uint32_t pixelOf(Colour colour) {
-    const int value = (red(colour) << 16) | (green(colour) << 8) | blue(colour);
-    return 0xFF000000U | static_cast<std::uint32_t>(value);
-}
-
-// The colour's share of a blended pixel: (colour + 1) >> 1 in each channel, and an alpha that makes
-// 255 with the half of 255.
-std::uint32_t halfPixelOf(Colour colour) {
-    const int value = (((red(colour) + 1) >> 1) << 16) | (((green(colour) + 1) >> 1) << 8) |
-                      ((blue(colour) + 1) >> 1);
-    return 0x80000000U | static_cast<std::uint32_t>(value);
+std::int64_t ruleThickness(double pixelRatio) {
+    return floorToInteger(pixelRatio + 0.5);
 }
 
 // No channel overflows into the next: at most 128 + 127.
@@ -115,13 +85,6 @@ void forEachRow(Surface& surface, const DeviceBox& box, PaintRow paintRow) {
 void fillDeviceBox(Surface& surface, const DeviceBox& box, std::uint32_t pixel) {
     forEachRow(surface, box,
                [pixel](std::uint32_t* row, std::size_t length) { fillRow(row, length, pixel); });
-}
-
-DeviceBox deviceBox(const Surface& surface, int x, int y, int width, int height) {
-    if (width < 1 || height < 1) return {0, 0, 0, 0};
-    const double s = surface.pixelRatio;
-    return {edge(x, s), edge(y, s), edge(std::int64_t{x} + width, s),
-            edge(std::int64_t{y} + height, s)};
 }
 
 // A line seen along its major axis: at step k, 0 to length, it stands at majorStart + k and at
@@ -258,13 +221,48 @@ void paintThickLine(Surface& surface, const LineCourse& course, StepRange steps,
 
 }  // namespace
 
+DeviceBox boxPixels(double pixelRatio, int x, int y, int width, int height) {
+    if (width < 1 || height < 1) return {};
+    return {deviceEdge(x, pixelRatio), deviceEdge(y, pixelRatio),
+            deviceEdge(std::int64_t{x} + width, pixelRatio),
+            deviceEdge(std::int64_t{y} + height, pixelRatio)};
+}
+
+DeviceBox horizontalRulePixels(double pixelRatio, int x, int y, int length) {
+    DeviceBox box = boxPixels(pixelRatio, x, y, length, 1);
+    if (length >= 1) box.bottom = box.top + ruleThickness(pixelRatio);
+    return box;
+}
+
+DeviceBox verticalRulePixels(double pixelRatio, int x, int y, int length) {
+    DeviceBox box = boxPixels(pixelRatio, x, y, 1, length);
+    if (length >= 1) box.right = box.left + ruleThickness(pixelRatio);
+    return box;
+}
+
+std::int64_t lineThickness(double pixelRatio) {
+    return static_cast<std::int64_t>(std::ceil(pixelRatio));
+}
+
+std::uint32_t pixelOf(Colour colour) {
+    const int value = (red(colour) << 16) | (green(colour) << 8) | blue(colour);
+    return 0xFF000000U | static_cast<std::uint32_t>(value);
+}
+
+std::uint32_t halfPixelOf(Colour colour) {
+    const int value = (((red(colour) + 1) >> 1) << 16) | (((green(colour) + 1) >> 1) << 8) |
+                      ((blue(colour) + 1) >> 1);
+    return 0x80000000U | static_cast<std::uint32_t>(value);
+}
+
 void resizeSurface(Surface& surface, int width, int height, double pixelRatio) {
     surface.width = std::max(width, 0);
     surface.height = std::max(height, 0);
     surface.pixelRatio =
         std::isfinite(pixelRatio) ? std::clamp(pixelRatio, 1.0, largestPixelRatio) : 1.0;
     const auto deviceSize = [&surface](int logicalSize) {
-        return static_cast<int>(std::min(edge(logicalSize, surface.pixelRatio), largestDeviceSize));
+        return static_cast<int>(
+            std::min(deviceEdge(logicalSize, surface.pixelRatio), largestDeviceSize));
     };
     surface.deviceWidth = deviceSize(surface.width);
     surface.deviceHeight = deviceSize(surface.height);
@@ -278,19 +276,19 @@ void fillSurface(Surface& surface, Colour colour) {
 }
 
 void fillBox(Surface& surface, int x, int y, int width, int height, Colour colour) {
-    fillDeviceBox(surface, deviceBox(surface, x, y, width, height), pixelOf(colour));
+    fillDeviceBox(surface, boxPixels(surface.pixelRatio, x, y, width, height), pixelOf(colour));
 }
 
 void blendBox(Surface& surface, int x, int y, int width, int height, Colour colour) {
     const std::uint32_t halfPixel = halfPixelOf(colour);
     forEachRow(
-        surface, deviceBox(surface, x, y, width, height),
+        surface, boxPixels(surface.pixelRatio, x, y, width, height),
         [halfPixel](std::uint32_t* row, std::size_t length) { blendRow(row, length, halfPixel); });
 }
 
 void drawFrame(Surface& surface, int x, int y, int width, int height, Colour colour) {
-    const DeviceBox box = deviceBox(surface, x, y, width, height);
-    const std::int64_t thickness = ruleThickness(surface);
+    const DeviceBox box = boxPixels(surface.pixelRatio, x, y, width, height);
+    const std::int64_t thickness = ruleThickness(surface.pixelRatio);
     const std::uint32_t pixel = pixelOf(colour);
     const std::int64_t innerLeft = std::min(box.left + thickness, box.right);
     const std::int64_t innerTop = std::min(box.top + thickness, box.bottom);
@@ -303,23 +301,19 @@ void drawFrame(Surface& surface, int x, int y, int width, int height, Colour col
 }
 
 void drawHorizontalRule(Surface& surface, int x, int y, int length, Colour colour) {
-    DeviceBox box = deviceBox(surface, x, y, length, 1);
-    if (length >= 1) box.bottom = box.top + ruleThickness(surface);
-    fillDeviceBox(surface, box, pixelOf(colour));
+    fillDeviceBox(surface, horizontalRulePixels(surface.pixelRatio, x, y, length), pixelOf(colour));
 }
 
 void drawVerticalRule(Surface& surface, int x, int y, int length, Colour colour) {
-    DeviceBox box = deviceBox(surface, x, y, 1, length);
-    if (length >= 1) box.right = box.left + ruleThickness(surface);
-    fillDeviceBox(surface, box, pixelOf(colour));
+    fillDeviceBox(surface, verticalRulePixels(surface.pixelRatio, x, y, length), pixelOf(colour));
 }
 
 void drawLine(Surface& surface, int x1, int y1, int x2, int y2, Colour colour) {
     const double s = surface.pixelRatio;
-    const std::int64_t left = edge(x1, s);
-    const std::int64_t top = edge(y1, s);
-    const std::int64_t dx = edge(x2, s) - left;
-    const std::int64_t dy = edge(y2, s) - top;
+    const std::int64_t left = deviceEdge(x1, s);
+    const std::int64_t top = deviceEdge(y1, s);
+    const std::int64_t dx = deviceEdge(x2, s) - left;
+    const std::int64_t dy = deviceEdge(y2, s) - top;
     const bool horizontal = std::abs(dx) >= std::abs(dy);
     LineCourse course = horizontal ? LineCourse{left, top, dx, dy} : LineCourse{top, left, dy, dx};
     if (course.length < 0) {
@@ -327,7 +321,7 @@ void drawLine(Surface& surface, int x1, int y1, int x2, int y2, Colour colour) {
                   -course.length, -course.rise};
     }
 
-    const std::int64_t thickness = lineThickness(surface);
+    const std::int64_t thickness = lineThickness(surface.pixelRatio);
     const StepRange steps =
         visibleSteps(course, thickness, horizontal ? surface.deviceWidth : surface.deviceHeight,
                      horizontal ? surface.deviceHeight : surface.deviceWidth);
@@ -343,8 +337,8 @@ void fillCircle(Surface& surface, int centreX, int centreY, int radius, Colour c
     if (radius < 0) return;
     const double s = surface.pixelRatio;
     // In half device pixels, where the middle of pixel p stands at 2 * p + 1.
-    const std::int64_t middleX = edge(2 * std::int64_t{centreX} + 1, s);
-    const std::int64_t middleY = edge(2 * std::int64_t{centreY} + 1, s);
+    const std::int64_t middleX = deviceEdge(2 * std::int64_t{centreX} + 1, s);
+    const std::int64_t middleY = deviceEdge(2 * std::int64_t{centreY} + 1, s);
     const double deviceRadius = static_cast<double>(2 * std::int64_t{radius} + 1) * s;
     const double square = std::floor(deviceRadius * deviceRadius);  // the other side is whole
     const auto squareModulo64 = static_cast<std::uint64_t>(std::fmod(square, 0x1p64));

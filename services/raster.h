@@ -57,6 +57,43 @@ struct Surface {
 // pixels in one direction are cut to that. Nothing else may change a surface's size or ratio.
 void resizeSurface(Surface& surface, int width, int height, double pixelRatio);
 
+// Device pixels from the first up to but not including the last; may reach beyond any surface.
+struct DeviceBox {
+    std::int64_t left = 0;
+    std::int64_t top = 0;
+    std::int64_t right = 0;
+    std::int64_t bottom = 0;
+};
+
+// E(x) of the rules, for any x that an int32 or twice one can hold.
+inline std::int64_t deviceEdge(std::int64_t logical, double pixelRatio) {
+    // Not std::floor, which is a call on the oldest processors we build for; small marks are mostly
+    // edges.
+    const double exact = static_cast<double>(logical) * pixelRatio + 0.5;
+    const auto truncated = static_cast<std::int64_t>(exact);
+    return truncated - (static_cast<double>(truncated) > exact ? 1 : 0);
+}
+
+// Cx or Cy of a circle with this centre, in half device pixels.
+inline std::int64_t deviceMiddle(std::int64_t centre, double pixelRatio) {
+    return deviceEdge(2 * centre + 1, pixelRatio);
+}
+
+// What the rules say of boxes and rules; empty where nothing is covered.
+DeviceBox boxPixels(double pixelRatio, int x, int y, int width, int height);
+DeviceBox horizontalRulePixels(double pixelRatio, int x, int y, int length);
+DeviceBox verticalRulePixels(double pixelRatio, int x, int y, int length);
+
+// The side of the squares that lines are made of.
+std::int64_t lineThickness(double pixelRatio);
+
+// The colour as a surface holds it.
+std::uint32_t pixelOf(Colour colour);
+
+// The colour's share of a blended pixel: (colour + 1) >> 1 in each channel, and an alpha that makes
+// 255 with the half of 255.
+std::uint32_t halfPixelOf(Colour colour);
+
 void fillSurface(Surface& surface, Colour colour);
 void fillBox(Surface& surface, int x, int y, int width, int height, Colour colour);
 void blendBox(Surface& surface, int x, int y, int width, int height, Colour colour);
