@@ -25,8 +25,9 @@ constexpr int noRow = std::numeric_limits<int>::min();
 // roundToInt32 without a branch, so that a loop of it is vectorised: a sum this large has no room
 // for halves.
 int rowOf(double exact) {
-    const bool isRow = exact >= -2147483647.5 && exact < 2147483647.5;
-    const double row = isRow ? exact : -2147483648.0;
+    constexpr double none = noRow;
+    double row = exact >= -2147483647.5 ? exact : none;
+    row = row < 2147483647.5 ? row : none;
 #if FLT_EVAL_METHOD == 0
     constexpr double noHalves = 0x1.8p52;
     return static_cast<int>((row + noHalves) - noHalves);
@@ -143,9 +144,11 @@ struct CloudPoints {
 // The rows of one value's marks in the columns of a strip, from sample `first` on.
 struct StripRows {
     std::size_t first = 0;
-    std::vector<double> along;  // the plot's height, exactly
-    std::vector<int> line;      // also the top of the bar
-    std::vector<int> height;    // of the bar
+    std::vector<double> along;         // the plot's height, exactly
+    std::vector<int> line;             // also the top of the bar
+    std::vector<int> height;           // of the bar
+    std::vector<std::int16_t> barTop;  // in the image; noBar for bars without a pixel
+    bool unevenBars = false;           // some end above or below the plot's bottom
     std::vector<int> circle;
     std::vector<int> square;
 };
@@ -174,19 +177,25 @@ void computeRows(const std::vector<double>& along, std::vector<int>& rows, Exact
         to[i] = rowOf(exact(from[i]));
 }
 
+// Eight rows that the processor compares at once.
+using EightRows = std::int16_t __attribute__((vector_size(16)));
+static_assert(services::mostBlends == 8);
+
+constexpr std::int16_t noBar = std::numeric_limits<std::int16_t>::max();
+
 // The highest bars of a column: one that covers a pixel for more than the eighth time changes
-// nothing any more.
+// nothing any more. Ascending rows, then noBar.
 struct BarTops {
-    std::array<std::int16_t, services::mostBlends> rows;  // ascending; then noBar
-    static constexpr std::int16_t noBar = std::numeric_limits<std::int16_t>::max();
+    EightRows rows = {noBar, noBar, noBar, noBar, noBar, noBar, noBar, noBar};
 };
 
+// Each place gets the lesser of its row and the new one, or the row before it if that is larger.
 void addBar(BarTops& tops, std::int16_t top) {
-    if (top >= tops.rows.back()) return;
-    std::size_t place = tops.rows.size() - 1;
-    for (; place > 0 && tops.rows[place - 1] > top; --place)
-        tops.rows[place] = tops.rows[place - 1];
-    tops.rows[place] = top;
+    const EightRows added = EightRows{} + top;
+    const EightRows least = EightRows{} + std::numeric_limits<std::int16_t>::min();
+    const EightRows before = __builtin_shufflevector(tops.rows, least, 8, 0, 1, 2, 3, 4, 5, 6);
+    const EightRows lesser = tops.rows < added ? tops.rows : added;
+    tops.rows = before > lesser ? before : lesser;
 }
 
 // The slots whose marks may touch the strip: of these styles, as groups, and of all.
@@ -215,6 +224,7 @@ struct Painting {
     StripSlots slotsOfStrip = {};
     services::StripPixels pixels = {};
     StripRows rows = {};
+    std::vector<std::uint64_t> rowBits = {};  // all 0 between uses
     services::CoverMask trend = {};
     std::vector<services::CoverMask> masks = {};  // by layer
 };
@@ -264,6 +274,54 @@ class RowChain {
     int last = 0;
 };
 
+// The set bits as rows, counted from `top`, from the top down.
+template <typename Chain>
+void addBits(Chain& chain, const std::uint64_t* words, std::size_t firstWord, std::size_t endWord,
+             int top) {
+    for (std::size_t word = firstWord; word < endWord; ++word) {
+        std::uint64_t bits = words[word];
+        while (bits != 0) {
+            const int start = std::countr_zero(bits);
+            const int length = std::countr_one(bits >> start);
+            const int row = top + static_cast<int>(word * 64) + start;
+            chain.add(row, row + length - 1);
+            if (start + length == 64) break;
+            bits &= ~std::uint64_t{0} << (start + length);
+        }
+    }
+}
+
+// The rows of a group of points that were kept inside the plot. Many of them are sorted first, by
+// setting their bits, so that each place is covered once and most places join.
+template <typename Chain>
+void addRows(Painting& painting, Chain& chain, const int* rows, std::size_t count) {
+    constexpr std::size_t many = 6;
+    if (count < many) {
+        for (std::size_t i = 0; i < count; ++i) {
+            if (rows[i] != noRow) chain.add(rows[i], rows[i]);
+        }
+        chain.finish();
+        return;
+    }
+    constexpr int room = 64;  // clamped points of a low plot may stand a little outside
+    const int top = static_cast<int>(painting.plot.top) - room;
+    std::vector<std::uint64_t>& words = painting.rowBits;
+    words.resize((static_cast<std::size_t>(painting.plot.height) + 2 * room) / 64 + 1);
+    std::size_t firstWord = words.size();
+    std::size_t endWord = 0;
+    for (std::size_t i = 0; i < count; ++i) {
+        if (rows[i] == noRow) continue;
+        const auto row = static_cast<std::size_t>(rows[i] - top);
+        firstWord = std::min(firstWord, row / 64);
+        endWord = std::max(endWord, row / 64 + 1);
+        words[row / 64] |= std::uint64_t{1} << (row % 64);
+    }
+    addBits(chain, words.data(), firstWord, endWord, top);
+    chain.finish();
+    for (std::size_t word = firstWord; word < endWord; ++word)
+        words[word] = 0;
+}
+
 void coverCloud(const Painting& painting, services::CoverMask& mask, const CloudPoints& cloud) {
     constexpr int reach = 3;
     const int first = std::max(painting.firstColumn - reach - cloud.left, 0);
@@ -276,19 +334,8 @@ void coverCloud(const Painting& painting, services::CoverMask& mask, const Cloud
                                                   services::deviceMiddle(firstRow, painting.ratio),
                                                   services::deviceMiddle(lastRow, painting.ratio));
                        });
-        const std::uint64_t* words =
-            cloud.bits.data() + static_cast<std::size_t>(column) * cloud.words;
-        for (std::size_t word = 0; word < cloud.words; ++word) {
-            std::uint64_t bits = words[word];
-            while (bits != 0) {
-                const int start = std::countr_zero(bits);
-                const int length = std::countr_one(bits >> start);
-                const int row = cloud.top + static_cast<int>(word * 64) + start;
-                chain.add(row, row + length - 1);
-                if (start + length == 64) break;
-                bits &= ~std::uint64_t{0} << (start + length);
-            }
-        }
+        addBits(chain, cloud.bits.data() + static_cast<std::size_t>(column) * cloud.words, 0,
+                cloud.words, cloud.top);
         chain.finish();
     }
 }
@@ -359,6 +406,25 @@ void chooseSlots(Painting& painting) {
     if (slots.all.first > slots.all.end) slots.all = {};
 }
 
+// All bars go down to the plot's bottom, but for the rounding of their top and height: halves may
+// end a bar one row higher or lower.
+void computeBarTops(StripRows& rows, int bottom) {
+    const std::size_t count = rows.line.size();
+    rows.barTop.resize(count);
+    const int* const top = rows.line.data();
+    const int* const height = rows.height.data();
+    std::int16_t* const to = rows.barTop.data();
+    int uneven = 0;
+    for (std::size_t i = 0; i < count; ++i) {
+        const bool isBar = height[i] >= 1 && top[i] != noRow;
+        const int end = bottom - height[i];  // where the top of an even bar is
+        uneven |= isBar && top[i] != end ? 1 : 0;
+        const int inImage = std::min(std::max(top[i], 0), noBar - 1);
+        to[i] = static_cast<std::int16_t>(isBar ? inImage : noBar);
+    }
+    rows.unevenBars = uneven != 0;
+}
+
 void computeStripRows(Painting& painting, const ValueLayer& layer) {
     const SlotRange slots = painting.slotsOfStrip.all;
     const Plot& plot = painting.plot;
@@ -372,6 +438,7 @@ void computeStripRows(Painting& painting, const ValueLayer& layer) {
     }
     if (layer.has(Option::bars)) {
         computeRows(rows.along, rows.height, [](double along) { return along; });
+        computeBarTops(rows, static_cast<int>(bottom));
     }
     if (layer.has(Option::circles)) {
         computeRows(rows.along, rows.circle,
@@ -394,45 +461,33 @@ void blendRows(Painting& painting, std::uint32_t* column, std::int64_t first, st
     services::blendColumn(column + top, static_cast<std::size_t>(bottom - top), colour, times);
 }
 
-// All bars of a column go down to the plot's bottom, but for the rounding of their top and height:
-// halves may end a bar one row higher or lower. So the last two rows are counted by themselves.
-struct BarColumn {
+BarTops collectBars(const StripRows& rows, SlotRange slots) {
     BarTops tops;
-    int inLastRow = 0;
-    int belowLastRow = 0;
-};
-
-BarColumn collectBars(const Painting& painting, SlotRange slots, int bottom) {
-    BarColumn column;
-    column.tops.rows.fill(BarTops::noBar);
-    const StripRows& rows = painting.rows;
-    for (std::size_t i = slots.first - rows.first; i < slots.end - rows.first; ++i) {
-        const int top = rows.line[i];
-        const int height = rows.height[i];
-        if (top == noRow || height < 1) continue;
-        const int end = top + height;
-        if (end >= bottom && top < bottom) ++column.inLastRow;
-        if (end > bottom) ++column.belowLastRow;
-        addBar(column.tops, static_cast<std::int16_t>(std::clamp(top, 0, BarTops::noBar - 1)));
-    }
-    return column;
+    for (std::size_t i = slots.first - rows.first; i < slots.end - rows.first; ++i)
+        addBar(tops, rows.barTop[i]);
+    return tops;
 }
 
-void paintBarColumn(Painting& painting, std::uint32_t* pixels, const BarColumn& column, int bottom,
-                    services::Colour colour) {
-    const int lastRow = bottom - 1;
-    for (std::size_t k = 0; k < column.tops.rows.size(); ++k) {
-        const int top = column.tops.rows[k];
-        if (top >= lastRow) break;
-        const int next = k + 1 < column.tops.rows.size()
-                             ? std::min<int>(column.tops.rows[k + 1], lastRow)
-                             : lastRow;
-        blendRows(painting, pixels, top, next, colour, static_cast<int>(k) + 1);
+// How many bars of the column cover a row, up to the most that matter.
+int barsInRow(const StripRows& rows, SlotRange slots, int row) {
+    int number = 0;
+    for (std::size_t i = slots.first - rows.first; i < slots.end - rows.first; ++i) {
+        if (rows.barTop[i] == noBar) continue;
+        if (rows.line[i] <= row && row < rows.line[i] + rows.height[i]) ++number;
     }
-    blendRows(painting, pixels, lastRow, bottom, colour,
-              std::min(column.inLastRow, services::mostBlends));
-    blendRows(painting, pixels, bottom, bottom + 1, colour,
-              std::min(column.belowLastRow, services::mostBlends));
+    return std::min(number, services::mostBlends);
+}
+
+// From the bars' tops down to one row.
+void paintBarColumn(Painting& painting, std::uint32_t* pixels, const BarTops& tops, int bottom,
+                    services::Colour colour) {
+    for (int k = 0; k < services::mostBlends; ++k) {
+        const int top = tops.rows[k];
+        if (top >= bottom) break;
+        const int next =
+            k + 1 < services::mostBlends ? std::min<int>(tops.rows[k + 1], bottom) : bottom;
+        if (next > top) blendRows(painting, pixels, top, next, colour, k + 1);
+    }
 }
 
 void paintStripBars(Painting& painting, const ValueLayer& layer) {
@@ -440,13 +495,21 @@ void paintStripBars(Painting& painting, const ValueLayer& layer) {
     for (int x = painting.firstColumn; x < painting.endColumn; ++x) {
         const SlotRange slots = painting.columns.bars[static_cast<std::size_t>(x)];
         if (slots.first >= slots.end) continue;
-        const BarColumn column = collectBars(painting, slots, bottom);
+        const BarTops tops = collectBars(painting.rows, slots);
+        // Where bars end differently, the last two rows are counted by themselves.
+        const bool uneven = painting.rows.unevenBars;
+        const int inLastRow = uneven ? barsInRow(painting.rows, slots, bottom - 1) : 0;
+        const int belowLastRow = uneven ? barsInRow(painting.rows, slots, bottom) : 0;
         const StripArea& area = painting.pixels.area;
         const std::int64_t end =
             std::min<std::int64_t>(deviceEdge(x + 1, painting.ratio), area.end);
         for (std::int64_t device = deviceEdge(x, painting.ratio); device < end; ++device) {
-            paintBarColumn(painting, painting.pixels.column(static_cast<int>(device - area.first)),
-                           column, bottom, layer.colour);
+            std::uint32_t* const column =
+                painting.pixels.column(static_cast<int>(device - area.first));
+            paintBarColumn(painting, column, tops, uneven ? bottom - 1 : bottom, layer.colour);
+            if (!uneven) continue;
+            blendRows(painting, column, bottom - 1, bottom, layer.colour, inLastRow);
+            blendRows(painting, column, bottom, bottom + 1, layer.colour, belowLastRow);
         }
     }
 }
@@ -492,7 +555,7 @@ void coverLine(const Painting& painting, services::CoverMask& mask) {
     }
 }
 
-void coverCirclePoints(const Painting& painting, services::CoverMask& mask) {
+void coverCirclePoints(Painting& painting, services::CoverMask& mask) {
     const SlotRange range = painting.slotsOfStrip.circles;
     const StripRows& rows = painting.rows;
     for (std::size_t g = range.first; g < range.end; ++g) {
@@ -504,14 +567,12 @@ void coverCirclePoints(const Painting& painting, services::CoverMask& mask) {
                                                   services::deviceMiddle(firstRow, painting.ratio),
                                                   services::deviceMiddle(lastRow, painting.ratio));
                        });
-        for (std::size_t i = group.first - rows.first; i < group.end - rows.first; ++i) {
-            if (rows.circle[i] != noRow) chain.add(rows.circle[i], rows.circle[i]);
-        }
-        chain.finish();
+        addRows(painting, chain, rows.circle.data() + (group.first - rows.first),
+                group.end - group.first);
     }
 }
 
-void coverSquares(const Painting& painting, services::CoverMask& mask) {
+void coverSquares(Painting& painting, services::CoverMask& mask) {
     const SlotRange range = painting.slotsOfStrip.squares;
     const StripRows& rows = painting.rows;
     const int side = painting.slots.squareSide();
@@ -521,10 +582,8 @@ void coverSquares(const Painting& painting, services::CoverMask& mask) {
             services::coverBox(mask, services::boxPixels(painting.ratio, group.x, firstRow, side,
                                                          lastRow - firstRow + side));
         });
-        for (std::size_t i = group.first - rows.first; i < group.end - rows.first; ++i) {
-            if (rows.square[i] != noRow) chain.add(rows.square[i], rows.square[i]);
-        }
-        chain.finish();
+        addRows(painting, chain, rows.square.data() + (group.first - rows.first),
+                group.end - group.first);
     }
 }
 

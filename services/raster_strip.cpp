@@ -4,6 +4,7 @@
 #include <bit>
 #include <cmath>
 #include <cstdlib>
+#include <cstring>
 #include <utility>
 
 namespace services {
@@ -170,6 +171,37 @@ void blendFully(std::uint32_t* rows, std::size_t count, Colour colour) {
     }
 }
 
+using FourPixels = std::uint32_t __attribute__((vector_size(16)));
+constexpr int blockSide = 4;
+
+FourPixels loadFour(const std::uint32_t* from) {
+    FourPixels four;
+    std::memcpy(&four, from, sizeof(four));
+    return four;
+}
+
+// Four rows of four columns, turned into four rows of the surface.
+void storeBlock(const std::uint32_t* column, std::size_t columnStride, std::uint32_t* row,
+                std::size_t rowStride) {
+    const FourPixels a = loadFour(column);
+    const FourPixels b = loadFour(column + columnStride);
+    const FourPixels c = loadFour(column + 2 * columnStride);
+    const FourPixels d = loadFour(column + 3 * columnStride);
+    const FourPixels ab01 = __builtin_shufflevector(a, b, 0, 4, 1, 5);
+    const FourPixels ab23 = __builtin_shufflevector(a, b, 2, 6, 3, 7);
+    const FourPixels cd01 = __builtin_shufflevector(c, d, 0, 4, 1, 5);
+    const FourPixels cd23 = __builtin_shufflevector(c, d, 2, 6, 3, 7);
+    const std::array<FourPixels, blockSide> rows = {
+        __builtin_shufflevector(ab01, cd01, 0, 1, 4, 5),
+        __builtin_shufflevector(ab01, cd01, 2, 3, 6, 7),
+        __builtin_shufflevector(ab23, cd23, 0, 1, 4, 5),
+        __builtin_shufflevector(ab23, cd23, 2, 3, 6, 7)};
+    for (const FourPixels& four : rows) {
+        std::memcpy(row, &four, sizeof(four));
+        row += rowStride;
+    }
+}
+
 }  // namespace
 
 void clearMask(CoverMask& mask, const StripArea& area) {
@@ -277,25 +309,29 @@ void blendColumn(std::uint32_t* rows, std::size_t count, Colour colour, int time
     }
 }
 
-// Eight columns at a time, so that each row of the surface gets half a cache line at once.
 void storeStrip(Surface& surface, const StripPixels& strip, int top, int bottom) {
-    constexpr int group = 8;
     const auto stride = static_cast<std::size_t>(surface.deviceWidth);
     const auto columnStride = static_cast<std::size_t>(strip.area.height);
-    for (int x = 0; x < strip.area.columns(); x += group) {
-        const auto columns = static_cast<std::size_t>(std::min(group, strip.area.columns() - x));
-        const std::uint32_t* from = strip.column(x) + top;
-        std::uint32_t* to = surface.pixels.data() + static_cast<std::size_t>(top) * stride +
-                            static_cast<std::size_t>(strip.area.first + x);
-        for (int y = top; y < bottom; ++y, ++from, to += stride) {
-            if (columns == group) {
-                for (std::size_t i = 0; i < group; ++i)
-                    to[i] = from[i * columnStride];
-            } else {
-                for (std::size_t i = 0; i < columns; ++i)
-                    to[i] = from[i * columnStride];
-            }
+    const int columns = strip.area.columns();
+    std::uint32_t* const surfaceRows =
+        surface.pixels.data() + static_cast<std::size_t>(strip.area.first);
+    // Blocks of rows that write whole cache lines of the surface one after the other.
+    int y = top;
+    for (; y + blockSide <= bottom; y += blockSide) {
+        std::uint32_t* const to = surfaceRows + static_cast<std::size_t>(y) * stride;
+        int x = 0;
+        for (; x + blockSide <= columns; x += blockSide)
+            storeBlock(strip.column(x) + y, columnStride, to + x, stride);
+        for (; x < columns; ++x) {
+            for (std::size_t i = 0; i < blockSide; ++i)
+                to[i * stride + static_cast<std::size_t>(x)] =
+                    strip.column(x)[y + static_cast<int>(i)];
         }
+    }
+    for (; y < bottom; ++y) {
+        for (int x = 0; x < columns; ++x)
+            surfaceRows[static_cast<std::size_t>(y) * stride + static_cast<std::size_t>(x)] =
+                strip.column(x)[y];
     }
 }
 
