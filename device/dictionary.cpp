@@ -170,11 +170,12 @@ std::optional<std::vector<DictionaryRecord>> readDictionaryRecords(int file, std
 void loadDictionary() {
     std::optional<Reading> reading;
     std::uint64_t length = 0;
-    if (const std::optional<std::string> index = takeUpCopy({})) {
+    const TakenUp taken = takeUpCopy({});
+    if (taken.state == TakenUp::State::unwritten) {
         // The card takes no more writing; its trainings are all there nevertheless.
-        length = index->size();
-        reading = readIndexBytes(*index);
-    } else if (services::readFile(indexFile, indexName)) {
+        length = taken.index.size();
+        reading = readIndexBytes(taken.index);
+    } else if (taken.state == TakenUp::State::nothing && services::readFile(indexFile, indexName)) {
         const std::int64_t inFile = services::lengthOfFile(indexFile);
         length = static_cast<std::uint64_t>(inFile);
         reading = readIndexFile(indexFile, inFile);

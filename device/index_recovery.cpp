@@ -1,5 +1,6 @@
 #include "device/index_recovery.h"
 
+#include <optional>
 #include <utility>
 
 #include "services/directories.h"
@@ -18,11 +19,17 @@ using services::WholeFile;
 
 constexpr PathView indexName = "dictionary.2";
 
-std::optional<IndexCopy> copyIn(PathView directory) {
+struct LyingCopy {
+    bool isKnown = true;  // false when there may be one that can't be read
+    std::optional<IndexCopy> copy = {};
+};
+
+LyingCopy copyIn(PathView directory) {
     const WholeFile file = services::readWholeFile(services::concatenate(directory, indexCopyName),
                                                    services::LinksAre::refused);
-    if (file.state != WholeFile::State::read) return std::nullopt;
-    return decodeIndexCopy(file.bytes);
+    if (file.state == WholeFile::State::unreadable) return {.isKnown = false};
+    if (file.state != WholeFile::State::read) return {};
+    return {.copy = decodeIndexCopy(file.bytes)};
 }
 
 void removeCopy(PathView directory) {
@@ -50,9 +57,11 @@ void completeRenames(PathView directory, const IndexCopy& copy,
 }  // namespace
 
 bool layCopyBeside(std::string_view newIndex, std::vector<PendingRename> renames) {
-    if (const std::optional<IndexCopy> lying = copyIn({}); lying && lying->index == newIndex)
-        return true;
+    const LyingCopy lying = copyIn({});
+    if (!lying.isKnown) return false;
+    if (lying.copy && lying.copy->index == newIndex) return true;
     const WholeFile old = services::readWholeFile(indexName, services::LinksAre::followed);
+    if (old.state == WholeFile::State::unreadable) return false;
     const IndexCopy copy{.index = std::string(newIndex),
                          .renames = std::move(renames),
                          .oldLength = old.bytes.size(),
@@ -61,40 +70,52 @@ bool layCopyBeside(std::string_view newIndex, std::vector<PendingRename> renames
 }
 
 void removeSettledCopy() {
-    const std::optional<IndexCopy> copy = copyIn({});
-    if (copy && copy->renames.empty()) removeCopy({});
+    const LyingCopy lying = copyIn({});
+    if (lying.copy && lying.copy->renames.empty()) removeCopy({});
 }
 
-std::optional<std::string> takeUpCopy(PathView directory) {
-    const std::optional<IndexCopy> copy = copyIn(directory);
-    if (!copy) return std::nullopt;
+TakenUp takeUpCopy(PathView directory) {
+    // What was cut off before it was complete: nothing was changed for it.
+    services::deleteRegularFile(services::concatenate(directory, unfinishedCopyName));
+    const LyingCopy lying = copyIn(directory);
+    if (!lying.isKnown) return {.state = TakenUp::State::unknown};
+    if (!lying.copy) return {};
+    const IndexCopy& copy = *lying.copy;
     const Path path = services::concatenate(directory, indexName);
     const WholeFile index = services::readWholeFile(path, services::LinksAre::followed);
-    if (index.state == WholeFile::State::unreadable) return std::nullopt;
+    if (index.state == WholeFile::State::unreadable) return {.state = TakenUp::State::unknown};
+    if (index.state == WholeFile::State::notRegular) return {};
     std::optional<std::string_view> present;
     if (index.state == WholeFile::State::read) present = index.bytes;
 
+    bool isKnown = true;
     const auto isThere = [&](const Text& name) {
-        return services::isRegularFile(services::concatenate(directory, name));
+        const services::Presence presence =
+            services::presenceOf(services::concatenate(directory, name));
+        isKnown = isKnown && presence != services::Presence::unknown;
+        return presence == services::Presence::there;
     };
-    std::vector<RenameOutcome> outcomes = outcomesOf(*copy, isThere);
-    completeRenames(directory, *copy, outcomes);
-    std::string repaired = repairedIndex(*copy, outcomes, present, isThere);
+    std::vector<RenameOutcome> outcomes = outcomesOf(copy, isThere);
+    if (isKnown) completeRenames(directory, copy, outcomes);
+    std::string repaired = repairedIndex(copy, outcomes, present, isThere);
+    if (!isKnown) return {.state = TakenUp::State::unknown};
+
     if (present && repaired == *present) {
         if (services::flushPath(path)) removeCopy(directory);
-        return std::nullopt;
+        return {};
     }
     if (services::replaceWholeFile(path, services::concatenate(directory, unfinishedCopyName),
                                    repaired)) {
         removeCopy(directory);
-        return std::nullopt;
+        return {};
     }
-    return repaired;
+    return {.state = TakenUp::State::unwritten, .index = std::move(repaired)};
 }
 
 bool hasIndex(PathView directory) {
     const Path path = services::concatenate(directory, indexName);
-    return services::canReadFile(path) || takeUpCopy(directory) || services::canReadFile(path);
+    return services::canReadFile(path) ||
+           takeUpCopy(directory).state == TakenUp::State::unwritten || services::canReadFile(path);
 }
 
 }  // namespace device

@@ -3,7 +3,6 @@
 // its end.
 #pragma once
 
-#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -25,11 +24,19 @@ bool layCopyBeside(std::string_view newIndex, std::vector<PendingRename> renames
 // are settled by takeUpCopy.
 void removeSettledCopy();
 
+struct TakenUp {
+    enum class State {
+        nothing,    // the index is what it should be, or there is no complete copy
+        unwritten,  // it should be `index`, but can't be written; the copy stays
+        unknown,    // the card does not tell what there is to take up
+    } state = State::nothing;
+    std::string index = {};
+};
+
 // Takes up what a command that was cut off has left: completes its renames as far as they can be,
 // makes the index what it was going to be, under the names that the files have, and removes the
-// copy. Does nothing where no complete copy lies. When the index had to change and can't be
-// written, the copy stays and the index comes back as it should be.
-std::optional<std::string> takeUpCopy(services::PathView directory);
+// copy.
+TakenUp takeUpCopy(services::PathView directory);
 
 // True when an index can be read in the directory, or a copy can stand in for it. A missing one is
 // restored.

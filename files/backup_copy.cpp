@@ -2,6 +2,10 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <new>
+#include <optional>
+#include <span>
+#include <stdexcept>
 #include <vector>
 
 #include "device/device_state.h"
@@ -30,12 +34,31 @@ bool isBackupCurrent() {
     return device::state.backupDirectory == services::currentDirectory();
 }
 
-std::vector<services::Text> readNames(int file) {
+// Nothing when the index can't be read to its end: half of its names would have trainings appended
+// that it has already.
+std::optional<services::Text> readIndex(int file) {
+    const std::int64_t length = services::lengthOfFile(file);
+    if (length < 0) return std::nullopt;
+    try {
+        services::Text bytes(static_cast<std::size_t>(length), '\0');
+        if (services::seekFile(file, 0) &&
+            services::readBlock(file, std::as_writable_bytes(std::span(bytes))) == bytes.size()) {
+            return bytes;
+        }
+    } catch (const std::bad_alloc&) {
+    } catch (const std::length_error&) {
+    }
+    return std::nullopt;
+}
+
+std::vector<services::Text> namesIn(services::TextView index) {
     std::vector<services::Text> names;
-    const std::int64_t count = namesInIndex(services::lengthOfFile(file));
+    const std::int64_t count = namesInIndex(static_cast<std::int64_t>(index.size()));
     for (std::int64_t i = 0; i < count; ++i) {
-        services::seekFile(file, i * static_cast<std::int64_t>(device::dictionaryRecordSize));
-        const auto number = static_cast<std::uint64_t>(services::readQuad(file));
+        const auto at = static_cast<std::size_t>(i) * device::dictionaryRecordSize;
+        std::uint64_t number = 0;  // also that of the one name of an empty index
+        for (std::size_t k = sizeof(number); at < index.size() && k-- > 0;)
+            number = number << 8U | static_cast<unsigned char>(index[at + k]);
         names.push_back(services::numberToHexadecimal16(number));
     }
     return names;
@@ -46,6 +69,19 @@ void removeUnfinishedCopies(const services::Path& directory) {
     for (const services::Path& name : services::namesInDirectory(directory)) {
         if (isUnfinishedName(name))
             services::deleteRegularFile(services::concatenate(directory, name));
+    }
+}
+
+void tellBackupIndexCantBeOpened() {
+    if (isBackupCurrent()) {
+        services::showMessage("Fehler"_l1,
+                              "Der Pfad der Sicherheitskopie ist mit dem aktuellen Daum "
+                              "Verzeichnis identisch!"_l1);
+    } else {
+        services::showMessage(
+            "Fehler"_l1, services::concatenate("Die Datei '"_l1,
+                                               services::pathToText(device::state.backupDirectory),
+                                               "Dictionary.2' konnte nicht geöffnet werden!"_l1));
     }
 }
 
@@ -62,31 +98,47 @@ bool openIndexes() {
         return true;
 
     services::closeFile(currentIndexFile);
-    if (isBackupCurrent()) {
-        services::showMessage("Fehler"_l1,
-                              "Der Pfad der Sicherheitskopie ist mit dem aktuellen Daum "
-                              "Verzeichnis identisch!"_l1);
-    } else {
-        services::showMessage(
-            "Fehler"_l1, services::concatenate("Die Datei '"_l1, services::pathToText(directory),
-                                               "Dictionary.2' konnte nicht geöffnet werden!"_l1));
-    }
+    tellBackupIndexCantBeOpened();
     return false;
+}
+
+// What is missing in the backup by its open index; nothing when that can't be told. A record of
+// which a backup that was cut off wrote a part goes: it would shift all that are appended behind
+// it.
+std::optional<std::vector<bool>> lookWhatIsMissing(const services::Path& directory) {
+    const std::optional<services::Text> index = readIndex(backupIndexFile);
+    if (!index) return std::nullopt;
+    std::vector<bool> missing = missingInBackup(device::state.dictionary, namesIn(*index));
+    const std::size_t torn = tornRecordLength(*index, device::state.dictionary, missing);
+    if (torn > 0 && !services::cutFile(services::concatenate(directory, indexName),
+                                       static_cast<std::int64_t>(index->size() - torn))) {
+        return std::nullopt;
+    }
+    return missing;
+}
+
+void closeIndexes() {
+    services::closeFile(backupIndexFile);
+    services::closeFile(currentIndexFile);
 }
 
 void copyMissingTrainings() {
     if (!openIndexes()) return;
     const services::Path directory = device::state.backupDirectory;
     removeUnfinishedCopies(directory);
-    const std::vector<bool> missing =
-        missingInBackup(device::state.dictionary, readNames(backupIndexFile));
+    const std::optional<std::vector<bool>> found = lookWhatIsMissing(directory);
+    if (!found) {
+        closeIndexes();
+        tellBackupIndexCantBeOpened();
+        return;
+    }
+    const std::vector<bool>& missing = *found;
     for (std::size_t i = 0; i < missing.size(); ++i) {
         const BackupMark mark =
             missing[i] ? copyTraining(i, backupIndexFile, directory) : BackupMark::present;
         addReportLine(backupLine(mark, device::state.dictionary[i]));
     }
-    services::closeFile(backupIndexFile);
-    services::closeFile(currentIndexFile);
+    closeIndexes();
 
     // Writing a record turns a pulse or cadence that was not measured into 0 in the table. A table
     // of which nothing was written is fresh still.

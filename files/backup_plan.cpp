@@ -29,6 +29,20 @@ std::vector<bool> missingInBackup(std::span<const device::DictionaryRecord> reco
     return missing;
 }
 
+std::size_t tornRecordLength(services::TextView index,
+                             std::span<const device::DictionaryRecord> records,
+                             const std::vector<bool>& missing) {
+    const services::TextView rest =
+        index.substr(index.size() - index.size() % device::dictionaryRecordSize);
+    // Fewer bytes than a name has may be the beginning of anything.
+    if (rest.size() < sizeof(std::uint64_t)) return 0;
+    for (std::size_t i = 0; i < records.size(); ++i) {
+        if (missing[i] && device::encodeDictionaryRecord(records[i]).starts_with(rest))
+            return rest.size();
+    }
+    return 0;
+}
+
 services::Text backupLine(BackupMark mark, const device::DictionaryRecord& record) {
     return services::concatenate(static_cast<char>(mark), ' ', record.fileName, ' ',
                                  record.description);

@@ -1,6 +1,7 @@
 // What a backup copy does with each training.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <span>
 #include <vector>
@@ -14,6 +15,13 @@ namespace files {
 // How many names are read from a backup index of `length` bytes. An empty one yields one name all
 // the same, which is then read past its end as number 0.
 std::int64_t namesInIndex(std::int64_t length);
+
+// How many of the last bytes of a backup index are the beginning of one of the missing records:
+// what a backup that was cut off has left of it. 0 for any other bytes behind the last whole
+// record.
+std::size_t tornRecordLength(services::TextView index,
+                             std::span<const device::DictionaryRecord> records,
+                             const std::vector<bool>& missing);
 
 // For each record whether the backup lacks it, by exact comparison with the names of its index. A
 // name that stands twice among the records is missing twice.

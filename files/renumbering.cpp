@@ -31,10 +31,10 @@ bool isUnlocked() {
     return device::state.renumberingEnabled;
 }
 
-// What is no file of that name now can't be renamed.
+// What is not there can't be renamed.
 bool canBeRenamed(const RenumberStep& step) {
     return step.renames && device::isTrainingName(step.oldName) &&
-           services::isRegularFile(step.oldName);
+           services::presenceOf(step.oldName) != services::Presence::missing;
 }
 
 // The table gets the new names, also of files that are gone.

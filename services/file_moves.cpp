@@ -27,6 +27,19 @@ bool mayExist(const Path& path) {
     return lstat(path.c_str(), &status) == 0 || errno != ENOENT;
 }
 
+// Two directory entries of one file, and not two spellings of one entry. Leaves errno alone.
+bool areTwoNamesOfOneFile(const Path& first, const Path& second) {
+    const int error = errno;
+    struct stat firstStatus = {};
+    struct stat secondStatus = {};
+    const bool are = first != second && lstat(first.c_str(), &firstStatus) == 0 &&
+                     firstStatus.st_nlink >= 2 && lstat(second.c_str(), &secondStatus) == 0 &&
+                     firstStatus.st_dev == secondStatus.st_dev &&
+                     firstStatus.st_ino == secondStatus.st_ino;
+    errno = error;
+    return are;
+}
+
 std::int64_t lengthOf(int descriptor) {
     struct stat status = {};
     return fstat(descriptor, &status) == 0 ? std::int64_t{status.st_size} : -1;
@@ -100,7 +113,8 @@ Renaming renameExclusively(PathView from, PathView to) {
 Renaming renameByLinking(PathView from, PathView to) {
     const Path oldName(from);
     const Path newName(to);
-    if (link(oldName.c_str(), newName.c_str()) != 0)
+    // Both names for one file are what an earlier try has left that was cut off in between.
+    if (link(oldName.c_str(), newName.c_str()) != 0 && !areTwoNamesOfOneFile(oldName, newName))
         return isUnsupported(errno) ? Renaming::unsupported : Renaming::failed;
     if (unlink(oldName.c_str()) == 0) return Renaming::done;
     // The new name is our own link of a moment ago.

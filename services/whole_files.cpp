@@ -10,12 +10,8 @@ namespace services {
 
 namespace {
 
-bool exists(const Path& path, LinksAre links) {
-    struct stat status = {};
-    const int result =
-        links == LinksAre::followed ? stat(path.c_str(), &status) : lstat(path.c_str(), &status);
-    // What can't be looked at may well be there.
-    return result == 0 || (errno != ENOENT && errno != ENOTDIR);
+bool isMissing(int error) {
+    return error == ENOENT || error == ENOTDIR;
 }
 
 bool readAll(int descriptor, std::string& bytes) {
@@ -38,10 +34,25 @@ bool writeNewFile(const Path& path, std::string_view bytes) {
 
 }  // namespace
 
+Presence presenceOf(PathView path) {
+    struct stat status = {};
+    if (!isUsablePath(path)) return Presence::missing;
+    if (lstat(Path(path).c_str(), &status) == 0) return Presence::there;
+    return isMissing(errno) ? Presence::missing : Presence::unknown;
+}
+
 WholeFile readWholeFile(PathView path, LinksAre links) {
     WholeFile file;
     if (!isUsablePath(path)) return file;
-    if (!exists(Path(path), links)) return file;
+    struct stat status = {};
+    const Path terminated(path);
+    const int result = links == LinksAre::followed ? stat(terminated.c_str(), &status)
+                                                   : lstat(terminated.c_str(), &status);
+    if (result != 0 && isMissing(errno)) return file;
+    if (result == 0 && !S_ISREG(status.st_mode)) {
+        file.state = WholeFile::State::notRegular;
+        return file;
+    }
     file.state = WholeFile::State::unreadable;
     const int descriptor =
         openRegularFile(path, links == LinksAre::followed ? O_RDONLY : O_RDONLY | O_NOFOLLOW);

@@ -10,16 +10,21 @@
 
 namespace services {
 
+enum class Presence { missing, there, unknown };
+
+// Whether something has this name, a link included. Unknown when the system can't tell.
+Presence presenceOf(PathView path);
+
 enum class LinksAre { followed, refused };
 
 struct WholeFile {
-    enum class State { missing, unreadable, read } state = State::missing;
+    enum class State { missing, notRegular, unreadable, read } state = State::missing;
     std::string bytes;  // empty unless read
 };
 
-// Missing is what has no such name, and a link that leads nowhere when links are followed.
-// Unreadable is what is no regular file, can't be opened, shrinks while it is read, gives a read
-// error or finds no memory.
+// Missing is what has no such name, and a link that leads nowhere when links are followed; a
+// refused link is not regular. Unreadable is what can't be opened or even looked at, shrinks while
+// it is read, gives a read error or finds no memory.
 WholeFile readWholeFile(PathView path, LinksAre links);
 
 // Writes the bytes as `temporary` in the same directory, waits until they are on the disk, and only

@@ -101,7 +101,7 @@ QString toQString(TextView text) {
     // A card may hold any byte. Of the control characters only line ends mean something here.
     for (QChar& character : string) {
         if (character.category() == QChar::Other_Control && character != QLatin1Char('\n'))
-            character = QChar::ReplacementCharacter;
+            character = QLatin1Char(' ');
     }
     return string;
 }

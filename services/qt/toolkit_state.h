@@ -105,7 +105,7 @@ Widget* findControl(int window, int control) {
 QWidget* requesterOwner();
 
 // Plain text; CR LF and lone CR become line feeds.
-// Control characters but for line ends become the replacement character.
+// Control characters but for line ends become blanks.
 QString toQString(TextView text);
 
 // The same for menu items and buttons, where an ampersand would become a mnemonic.

@@ -85,6 +85,22 @@ TEST_F(FileMoves, EveryWayOfRenamingMovesTheFile) {
     }
 }
 
+// Where renaming takes two steps, a run that was cut off in between leaves both names.
+TEST_F(FileMoves, ARenameThatWasCutOffBetweenItsStepsIsCompleted) {
+    write("from", "content");
+    fs::create_hard_link("from", "to");
+    EXPECT_EQ(services::renameByLinking("from", "to"), Renaming::done);
+    EXPECT_EQ(names(), std::set<std::string>{"to"});
+    EXPECT_EQ(read("to"), "content");
+}
+
+TEST_F(FileMoves, AFileIsNotRenamedToItself) {
+    write("from", "content");
+    fs::create_hard_link("from", "other");
+    EXPECT_EQ(services::renameByLinking("from", "from"), Renaming::failed);
+    EXPECT_EQ(read("from"), "content");
+}
+
 TEST_F(FileMoves, AMissingFileOrAnUnusablePathCanNotBeRenamed) {
     EXPECT_FALSE(services::renameFile("missing", "to"));
     write("from", "content");

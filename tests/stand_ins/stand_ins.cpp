@@ -55,6 +55,7 @@ namespace services {
 using stand_ins::world;
 
 void showMessage(TextView title, TextView text) {
+    if (world.anyMessageIsFine) return;
     stand_ins::MessageCall expected;
     if (!stand_ins::takeAnswer(world.expectedMessages, expected, "a message")) {
         ADD_FAILURE() << latin1ToUtf8(title) << ": " << latin1ToUtf8(text);

@@ -102,8 +102,7 @@ TEST_F(Requesters, NoControlCharacterDisturbsAMessage) {
         box->accept();
     });
     services::showMessage("Info", std::string_view("a\0b\tc\x1B[1md\x7F\x85\x9B", 13));
-    const QChar unknown = QChar::ReplacementCharacter;
-    EXPECT_EQ(QStringLiteral("a%1b%1c%1[1md%1%1%1").arg(unknown), text);
+    EXPECT_EQ(QStringLiteral("a b c [1md   "), text);
 }
 
 TEST_F(Requesters, AQuestionIsAnsweredByJaOnly) {

@@ -1,0 +1,499 @@
+// Every command that writes, with every one of its system calls failing, and with the process
+// killed at every one of them. After each the program starts again, and every training must be
+// there.
+//
+// KURBELBUCH_FAULTS=full tries every fault at every call; else the kills, and a part of the rest.
+
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <cstdio>
+#include <cstdlib>
+#include <fstream>
+#include <functional>
+#include <iterator>
+#include <map>
+#include <optional>
+#include <set>
+#include <string>
+#include <vector>
+
+#include "charts/chart_options.h"
+#include "charts/chart_state.h"
+#include "device/device_state.h"
+#include "device/device_tree.h"
+#include "device/dictionary.h"
+#include "export/csv_export.h"
+#include "export/csv_text.h"
+#include "export/export_state.h"
+#include "files/backup_copy.h"
+#include "files/deletion.h"
+#include "files/renumbering.h"
+#include "services/directories.h"
+#include "services/numbers.h"
+#include "settings/saving.h"
+#include "settings/settings_state.h"
+#include "settings/start_settings.h"
+#include "tests/builders/card_builder.h"
+#include "tests/faults/fault_injector.h"
+#include "tests/stand_ins/stand_ins.h"
+
+namespace {
+
+namespace fs = std::filesystem;
+using fault_injector::Fault;
+using fault_injector::FaultKind;
+using services::operator""_l1;
+using stand_ins::world;
+using Contents = std::map<std::string, std::string>;  // by description
+
+constexpr unsigned secondsForOneCommand = 30;
+
+std::string bytesOf(const fs::path& path) {
+    std::ifstream file(path, std::ios::binary);
+    return {std::istreambuf_iterator<char>(file), {}};
+}
+
+void writeBytes(const fs::path& path, const std::string& bytes) {
+    std::ofstream(path, std::ios::binary) << bytes;
+}
+
+std::string nameOf(std::uint64_t number) {
+    return services::numberToHexadecimal16(number);
+}
+
+std::set<std::string> namesIn(const fs::path& directory) {
+    std::set<std::string> names;
+    for (const auto& entry : fs::directory_iterator(directory))
+        names.insert(entry.path().filename().string());
+    return names;
+}
+
+struct Training {
+    std::uint64_t number = 0;
+    bool chosen = false;
+};
+
+// By the training's place in the card's list, whatever its file is called later.
+std::string descriptionOf(std::size_t place) {
+    return "Training " + std::to_string(place);
+}
+
+std::string contentOf(std::size_t place) {
+    return std::string(44 * (place + 1), static_cast<char>('a' + place));
+}
+
+bool isFull() {
+    const char* extent = std::getenv("KURBELBUCH_FAULTS");
+    return extent != nullptr && std::string_view(extent) == "full";
+}
+
+std::vector<Fault> faultsAt(int call) {
+    std::vector<Fault> faults = {{.kind = FaultKind::kill, .at = call}};
+    if (fault_injector::wasWrite(call))
+        faults.push_back({.kind = FaultKind::killMidway, .at = call});
+    const int errors[] = {EIO, ENOSPC, EROFS, EACCES};
+    for (std::size_t i = 0; i < std::size(errors); ++i) {
+        for (const bool goesOn : {false, true}) {
+            // The short form tries another one at each call.
+            if (!isFull() && static_cast<std::size_t>(call) % 4 != (i + (goesOn ? 2 : 0)) % 4)
+                continue;
+            faults.push_back(
+                {.kind = FaultKind::fail, .at = call, .error = errors[i], .goesOn = goesOn});
+        }
+    }
+    if (isFull() || fault_injector::wasWrite(call)) {
+        for (const bool goesOn : {false, true})
+            faults.push_back({.kind = FaultKind::shorten, .at = call, .goesOn = goesOn});
+    }
+    return faults;
+}
+
+std::string textOf(const Fault& fault) {
+    static constexpr const char* kinds[] = {"none", "kill", "kill midway", "fail", "shorten"};
+    std::string text = kinds[static_cast<int>(fault.kind)];
+    if (fault.kind == FaultKind::fail) text += std::string(" ") + strerrorname_np(fault.error);
+    return text + (fault.goesOn ? " from call " : " at call ") + std::to_string(fault.at) + " (" +
+           fault_injector::nameOfCall(fault.at) + ")";
+}
+
+class CommandFaults : public stand_ins::StandInTest {
+  protected:
+    void SetUp() override {
+        StandInTest::SetUp();
+        card = directory / "karte";
+        tree = card / "data/result/ergo_bike";
+        backup = directory / "sicherung/data/result/ergo_bike";
+    }
+
+    static void forgetEverything() {
+        device::state = {};
+        charts::state = {};
+        settings::state = {};
+        exporting::state = {};
+        world = {};
+        world.anyMessageIsFine = true;
+        services::menuState = {};
+    }
+
+    void makeCard(const std::vector<Training>& list) {
+        fs::remove_all(card);
+        trainings = list;
+        std::vector<device::DictionaryRecord> records;
+        for (std::size_t i = 0; i < list.size(); ++i) {
+            device::DictionaryRecord record = builders::makeRecord(list[i].number);
+            record.description = descriptionOf(i);
+            record.startDate = 1'356'998'400 + static_cast<std::int32_t>(i) * 86'400;
+            records.push_back(record);
+        }
+        // Not in the order of their dates, so that a save changes the index.
+        std::reverse(records.begin(), records.end());
+        builders::writeCard(card, records);
+        for (std::size_t i = 0; i < list.size(); ++i)
+            writeBytes(tree / nameOf(list[i].number), contentOf(i));
+        for (const auto& [name, content] : foreign)
+            writeBytes(tree / name, content);
+    }
+
+    // The program has started on the card, and what is chosen is chosen.
+    void openCard() {
+        forgetEverything();
+        fs::current_path(tree);
+        device::loadDictionary();
+        ASSERT_EQ(device::state.dictionary.size(), trainings.size());
+        for (std::size_t i = 0; i < trainings.size(); ++i)
+            device::state.dictionary[i].selected = trainings[i].chosen ? 1 : 0;
+    }
+
+    // What must hold on the card after whatever happened.
+    void expectEveryTraining() {
+        Contents listed;
+        for (int start = 0; start < 2; ++start) {
+            forgetEverything();
+            fs::current_path(tree);
+            ASSERT_EQ(device::locateDeviceTree(), device::TreeLocation::current);
+            device::loadDictionary();
+            Contents now;
+            for (const device::DictionaryRecord& record : device::state.dictionary) {
+                EXPECT_TRUE(now.emplace(record.description, record.fileName).second)
+                    << record.description << " is listed twice";
+            }
+            if (start == 1) {
+                EXPECT_EQ(now, listed) << "the second start lists something else";
+            }
+            listed = now;
+        }
+        std::set<std::string> known = {"dictionary.2"};
+        for (const auto& [name, content] : foreign) {
+            EXPECT_EQ(bytesOf(tree / name), content) << "a file of somebody else's";
+            known.insert(name);
+        }
+        for (std::size_t i = 0; i < trainings.size(); ++i) {
+            const auto found = listed.find(descriptionOf(i));
+            if (found != listed.end()) {
+                EXPECT_TRUE(bytesOf(tree / found->second) == contentOf(i))
+                    << found->first << " has samples that are not its own";
+                known.insert(found->second);
+            } else {
+                EXPECT_TRUE(trainings[i].chosen) << descriptionOf(i) << " is lost";
+                known.insert(nameOf(trainings[i].number));  // its file may be left
+            }
+        }
+        for (const std::string& name : namesIn(tree))
+            EXPECT_TRUE(known.contains(name)) << "left behind: " << name;
+    }
+
+    // Runs `run` as often as there are faults, each time on what `prepare` makes, and has `check`
+    // look at what is left.
+    void tryFaults(const char* command, const std::function<void()>& prepare,
+                   const std::function<void()>& run, const std::function<void()>& check) {
+        prepare();
+        fault_injector::arm({});
+        run();
+        const int calls = fault_injector::disarm();
+        check();
+        ASSERT_FALSE(HasFailure()) << "without any fault";
+        ASSERT_GT(calls, 0);
+
+        int tried = 0;
+        int survived = 0;
+        std::vector<Fault> faults;
+        for (int call = 0; call < calls; ++call)
+            std::ranges::copy(faultsAt(call), std::back_inserter(faults));
+        for (const Fault& fault : faults) {
+            SCOPED_TRACE(textOf(fault));
+            prepare();
+            ASSERT_FALSE(HasFailure()) << "preparing";
+            std::fflush(nullptr);
+            const pid_t child = fork();
+            ASSERT_GE(child, 0);
+            if (child == 0) {
+                alarm(secondsForOneCommand);
+                fault_injector::arm(fault);
+                run();
+                fault_injector::disarm();
+                _exit(0);
+            }
+            int status = 0;
+            ASSERT_EQ(waitpid(child, &status, 0), child);
+            const bool kills = fault.kind == FaultKind::kill || fault.kind == FaultKind::killMidway;
+            EXPECT_TRUE(WIFEXITED(status)) << "the program did not come to an end of its own";
+            EXPECT_EQ(WEXITSTATUS(status), kills ? fault_injector::killedStatus : 0);
+            check();
+            ++tried;
+            if (HasFailure()) break;  // one is enough to look at
+            ++survived;
+        }
+        std::printf("%-32s %4d calls  %5d faults  %5d survived\n", command, calls, tried, survived);
+        RecordProperty("calls", calls);
+        RecordProperty("faults", tried);
+    }
+
+    void TearDown() override {
+        forgetEverything();
+        StandInTest::TearDown();
+    }
+
+    fs::path card;
+    fs::path tree;
+    fs::path backup;
+    std::vector<Training> trainings;
+    Contents foreign;  // files that the index does not know, by name
+};
+
+class DeletionFaults : public CommandFaults {
+  protected:
+    void tryDeleting(const char* command, const std::vector<Training>& list) {
+        tryFaults(
+            command,
+            [&] {
+                makeCard(list);
+                openCard();
+                world.questionAnswers.push_back(
+                    {services::Text("Lösche Datei"_l1),
+                     services::Text("Sollen die ausgewählten Dateien wirklich gelöscht werden?"_l1),
+                     true});
+            },
+            [] { files::deleteChosenTrainings(); }, [&] { expectEveryTraining(); });
+    }
+};
+
+TEST_F(DeletionFaults, LoseNoTrainingThatWasNotChosen) {
+    tryDeleting("delete two of five", {{1}, {2, true}, {3}, {4, true}, {5}});
+}
+
+TEST_F(DeletionFaults, LoseNothingWhenTheFirstIsChosen) {
+    foreign = {{nameOf(0x99), "foreign"}};
+    tryDeleting("delete the first of two", {{7, true}, {3}});
+}
+
+class RenumberingFaults : public CommandFaults {
+  protected:
+    void tryRenumbering(const char* command, const std::vector<Training>& list) {
+        tryFaults(
+            command,
+            [&] {
+                makeCard(list);
+                openCard();
+                device::state.renumberingEnabled = true;
+                world.questionAnswers.push_back(
+                    {"Dateinamen neu durchnummerieren",
+                     "Sollen die Dateinamen neu durchnummeriert werden?", true});
+                world.events.push_back(
+                    {.kind = services::EventKind::close, .window = services::reportWindow});
+            },
+            [] { files::renumberTrainings(700, [] {}); }, [&] { expectEveryTraining(); });
+    }
+};
+
+TEST_F(RenumberingFaults, LoseNothingWhileGapsAreClosed) {
+    tryRenumbering("renumber with gaps", {{1}, {5}, {9}, {0x20}});
+}
+
+TEST_F(RenumberingFaults, LoseNothingWhenNamesAreUsedAgain) {
+    tryRenumbering("renumber through used names", {{1}, {5}, {0x20}, {0x21}, {0x22}, {0x23}});
+}
+
+TEST_F(RenumberingFaults, LoseNothingWhenNumbersAreCrossed) {
+    tryRenumbering("renumber crossed numbers", {{5}, {9}, {6}, {0x30}});
+}
+
+TEST_F(RenumberingFaults, LoseNothingWhenAForeignFileIsInTheWay) {
+    foreign = {{nameOf(2), "foreign"}, {nameOf(4), "another"}};
+    tryRenumbering("renumber around foreign files", {{1}, {5}, {8}, {9}});
+}
+
+class BackupFaults : public CommandFaults {
+  protected:
+    void runBackup() {
+        world.events.push_back(
+            {.kind = services::EventKind::close, .window = services::reportWindow});
+        files::copyToBackup(700, [] {});
+    }
+
+    void prepareBackup(const std::vector<Training>& list, std::size_t present) {
+        makeCard(list);
+        fs::remove_all(directory / "sicherung");
+        fs::create_directories(backup);
+        const std::string index = bytesOf(tree / "dictionary.2");
+        for (std::size_t i = 0; i < present; ++i) {
+            const std::string name = nameOf(list[list.size() - 1 - i].number);
+            fs::copy_file(tree / name, backup / name);
+        }
+        before = index.substr(0, present * 152);
+        if (present > 0) writeBytes(backup / "dictionary.2", before);
+        openCard();
+        device::state.backupDirectory = backup.string() + "/";
+    }
+
+    void expectSoundBackup(bool complete) {
+        const std::string index = bytesOf(backup / "dictionary.2");
+        EXPECT_TRUE(index.starts_with(before)) << "the backup's index has not only grown";
+        std::set<std::string> listed;
+        for (std::size_t at = 0; at + 152 <= index.size(); at += 152) {
+            std::uint64_t number = 0;
+            for (std::size_t k = 8; k-- > 0;)
+                number = number << 8U | static_cast<unsigned char>(index[at + k]);
+            EXPECT_TRUE(listed.insert(nameOf(number)).second) << "twice: " << nameOf(number);
+        }
+        const std::set<std::string> names = namesIn(backup);
+        for (const std::string& name : listed)
+            EXPECT_TRUE(names.contains(name)) << "listed without a file: " << name;
+        for (const std::string& name : names) {
+            if (name.size() == 16) {
+                EXPECT_TRUE(bytesOf(backup / name) == bytesOf(tree / name)) << name;
+            } else if (complete) {
+                EXPECT_EQ(name, "dictionary.2");
+            }
+        }
+        if (!complete) return;
+        EXPECT_EQ(listed.size(), trainings.size());
+        EXPECT_EQ(index.size() % 152, 0U);
+    }
+
+    void tryBackup(const char* command, const std::vector<Training>& list, std::size_t present) {
+        tryFaults(
+            command, [&, present] { prepareBackup(list, present); }, [&] { runBackup(); },
+            [&] {
+                expectEveryTraining();
+                expectSoundBackup(false);
+                openCard();
+                device::state.backupDirectory = backup.string() + "/";
+                runBackup();
+                expectSoundBackup(true);
+            });
+    }
+
+    std::string before;  // the backup's index
+};
+
+TEST_F(BackupFaults, LeaveANewBackupThatASecondRunCompletes) {
+    tryBackup("back up into nothing", {{1}, {5}, {9}}, 0);
+}
+
+TEST_F(BackupFaults, LeaveAGrownBackupThatASecondRunCompletes) {
+    tryBackup("back up two of four", {{1}, {5}, {9}, {12}}, 2);
+}
+
+class SettingsFaults : public CommandFaults {
+  protected:
+    void useSettings(int width) {
+        device::state.programDirectory = directory.string() + "/";
+        device::state.backupDirectory = "/stick/";
+        settings::state.windowWidth = width;
+        settings::state.windowHeight = 600;
+        charts::state.colours = charts::builtInColours();
+    }
+
+    std::string path() const { return (directory / "Einstellungen.dat").string(); }
+
+    // The bytes that a save of that width gives.
+    std::string savedBytes(int width, bool onCard) {
+        openCard();
+        if (!onCard) fs::current_path(directory);
+        useSettings(width);
+        settings::saveStartSettings();
+        return bytesOf(path());
+    }
+
+    void trySaving(const char* command, bool existing) {
+        makeCard({{1}, {2}});
+        const std::string newBytes = savedBytes(1234, true);
+        const std::string newWithoutCard = savedBytes(1234, false);
+        const std::string oldBytes = existing ? savedBytes(777, true) : "";
+        ASSERT_NE(oldBytes, newBytes);
+        tryFaults(
+            command,
+            [&] {
+                for (const std::string& name : namesIn(directory)) {
+                    if (name.starts_with("Einstellungen")) fs::remove(directory / name);
+                }
+                if (existing) writeBytes(path(), oldBytes);
+                openCard();
+                useSettings(1234);
+            },
+            [] { settings::saveStartSettings(); },
+            [&] {
+                EXPECT_EQ(fs::exists(path()) || existing, fs::exists(path()));
+                const std::string bytes = bytesOf(path());
+                // A card that could not be looked at is none.
+                EXPECT_TRUE(bytes == oldBytes || bytes == newBytes || bytes == newWithoutCard)
+                    << bytes;
+                expectEveryTraining();
+            });
+    }
+};
+
+TEST_F(SettingsFaults, LeaveTheOldOnesOrTheNewOnes) {
+    trySaving("save settings over old ones", true);
+}
+
+TEST_F(SettingsFaults, LeaveNoneOrTheNewOnes) {
+    trySaving("save settings for the first time", false);
+}
+
+class ExportFaults : public CommandFaults {
+  protected:
+    void tryExporting(const char* command, const char* name, const std::string& expected,
+                      const std::function<void()>& prepare, const std::function<void()>& run) {
+        const fs::path target = directory / "export.csv";
+        tryFaults(
+            command,
+            [&] {
+                fs::remove(target);
+                makeCard({{1, true}, {5, true}, {9}});
+                openCard();
+                prepare();
+                world.saveFileAnswers.push_back(
+                    {services::Text("Name und Ort der CSV-Datei wählen"_l1), "", name,
+                     target.string()});
+            },
+            run,
+            [&] {
+                EXPECT_TRUE(expected.starts_with(bytesOf(target)));
+                expectEveryTraining();
+            });
+    }
+};
+
+TEST_F(ExportFaults, OfTheIndexTouchNoTraining) {
+    makeCard({{1, true}, {5, true}, {9}});
+    openCard();
+    tryExporting(
+        "export the index", "Dicitonary.csv", exporting::indexCsv(device::state.dictionary), [] {},
+        [] { exporting::exportIndex(); });
+}
+
+TEST_F(ExportFaults, OfATrainingTouchNoTraining) {
+    const std::vector<device::TrainingSample> samples(3);
+    makeCard({{1, true}, {5, true}, {9}});
+    openCard();
+    tryExporting(
+        "export a training", "0001  01_01_2013 00_00_00   60min   25,0km  Training 0.csv",
+        exporting::trainingCsv(samples), [&] { device::state.samples = samples; },
+        [] { exporting::exportTraining(); });
+}
+
+}  // namespace

@@ -1,0 +1,203 @@
+#include "tests/faults/fault_injector.h"
+
+#include <dirent.h>
+#include <dlfcn.h>
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstdarg>
+#include <cstdio>
+#include <cstring>
+#include <type_traits>
+
+namespace fault_injector {
+
+namespace {
+
+constexpr int nameLimit = 20'000;
+
+struct Injector {
+    bool armed = false;
+    int calls = 0;
+    Fault fault;
+    const char* names[nameLimit] = {};
+};
+
+Injector injector;
+
+// What the next call is to do instead of its work.
+FaultKind nextCall(const char* name) {
+    if (!injector.armed) return FaultKind::none;
+    const int call = injector.calls++;
+    if (call < nameLimit) injector.names[call] = name;
+    const Fault& fault = injector.fault;
+    if (fault.kind == FaultKind::none || call < fault.at || (call > fault.at && !fault.goesOn))
+        return FaultKind::none;
+    if (fault.kind == FaultKind::kill) _exit(killedStatus);
+    return fault.kind;
+}
+
+// The C library's own function of that name.
+template <typename Function>
+Function* real(const char* name) {
+    return reinterpret_cast<Function*>(dlsym(RTLD_NEXT, name));
+}
+
+template <typename Function, typename... Arguments>
+auto callOrFail(const char* name, Arguments... arguments)
+    -> decltype(real<Function>(name)(arguments...)) {
+    using Result = decltype(real<Function>(name)(arguments...));
+    if (nextCall(name) == FaultKind::fail) {
+        errno = injector.fault.error;
+        if constexpr (std::is_pointer_v<Result>)
+            return nullptr;
+        else
+            return static_cast<Result>(-1);
+    }
+    return real<Function>(name)(arguments...);
+}
+
+}  // namespace
+
+void arm(const Fault& fault) {
+    injector.fault = fault;
+    injector.calls = 0;
+    injector.armed = true;
+}
+
+int disarm() {
+    injector.armed = false;
+    return injector.calls;
+}
+
+const char* nameOfCall(int at) {
+    return at >= 0 && at < nameLimit && injector.names[at] != nullptr ? injector.names[at] : "?";
+}
+
+bool wasWrite(int at) {
+    return std::strcmp(nameOfCall(at), "write") == 0;
+}
+
+}  // namespace fault_injector
+
+using fault_injector::callOrFail;
+using fault_injector::FaultKind;
+using fault_injector::injector;
+using fault_injector::nextCall;
+using fault_injector::real;
+
+extern "C" {
+
+int open(const char* path, int flags, ...) {
+    mode_t mode = 0;
+    if ((flags & O_CREAT) != 0) {
+        va_list arguments;
+        va_start(arguments, flags);
+        mode = va_arg(arguments, mode_t);
+        va_end(arguments);
+    }
+    return callOrFail<int(const char*, int, mode_t)>("open", path, flags, mode);
+}
+
+int close(int descriptor) {
+    // The descriptor is gone whatever the call says.
+    if (nextCall("close") != FaultKind::fail) return real<int(int)>("close")(descriptor);
+    real<int(int)>("close")(descriptor);
+    errno = injector.fault.error;
+    return -1;
+}
+
+ssize_t read(int descriptor, void* bytes, size_t count) {
+    const FaultKind kind = nextCall("read");
+    if (kind == FaultKind::fail) {
+        errno = injector.fault.error;
+        return -1;
+    }
+    if (kind == FaultKind::shorten && count > 1) count /= 2;
+    return real<ssize_t(int, void*, size_t)>("read")(descriptor, bytes, count);
+}
+
+ssize_t write(int descriptor, const void* bytes, size_t count) {
+    const FaultKind kind = nextCall("write");
+    if (kind == FaultKind::fail) {
+        errno = injector.fault.error;
+        return -1;
+    }
+    if ((kind == FaultKind::shorten || kind == FaultKind::killMidway) && count > 1) count /= 2;
+    const ssize_t written =
+        real<ssize_t(int, const void*, size_t)>("write")(descriptor, bytes, count);
+    if (kind == FaultKind::killMidway) _exit(fault_injector::killedStatus);
+    return written;
+}
+
+int fsync(int descriptor) {
+    static_cast<void>(descriptor);
+    if (nextCall("fsync") == FaultKind::fail) {
+        errno = injector.fault.error;
+        return -1;
+    }
+    // What is killed here is a process and not the machine: waiting for the disk proves nothing.
+    return 0;
+}
+
+int ftruncate(int descriptor, off_t length) noexcept {
+    return callOrFail<int(int, off_t)>("ftruncate", descriptor, length);
+}
+
+off_t lseek(int descriptor, off_t position, int whence) noexcept {
+    return callOrFail<off_t(int, off_t, int)>("lseek", descriptor, position, whence);
+}
+
+int stat(const char* path, struct stat* status) noexcept {
+    return callOrFail<int(const char*, struct stat*)>("stat", path, status);
+}
+
+int lstat(const char* path, struct stat* status) noexcept {
+    return callOrFail<int(const char*, struct stat*)>("lstat", path, status);
+}
+
+int fstat(int descriptor, struct stat* status) noexcept {
+    return callOrFail<int(int, struct stat*)>("fstat", descriptor, status);
+}
+
+int futimens(int descriptor, const struct timespec times[2]) noexcept {
+    return callOrFail<int(int, const struct timespec*)>("futimens", descriptor, times);
+}
+
+int rename(const char* from, const char* to) noexcept {
+    return callOrFail<int(const char*, const char*)>("rename", from, to);
+}
+
+int renameat2(int fromDirectory, const char* from, int toDirectory, const char* to,
+              unsigned int flags) noexcept {
+    return callOrFail<int(int, const char*, int, const char*, unsigned int)>(
+        "renameat2", fromDirectory, from, toDirectory, to, flags);
+}
+
+int link(const char* from, const char* to) noexcept {
+    return callOrFail<int(const char*, const char*)>("link", from, to);
+}
+
+int unlink(const char* path) noexcept {
+    return callOrFail<int(const char*)>("unlink", path);
+}
+
+int mkdir(const char* path, mode_t mode) noexcept {
+    return callOrFail<int(const char*, mode_t)>("mkdir", path, mode);
+}
+
+int chdir(const char* path) noexcept {
+    return callOrFail<int(const char*)>("chdir", path);
+}
+
+char* getcwd(char* buffer, size_t size) noexcept {
+    return callOrFail<char*(char*, size_t)>("getcwd", buffer, size);
+}
+
+DIR* opendir(const char* path) {
+    return callOrFail<DIR*(const char*)>("opendir", path);
+}
+
+}  // extern "C"

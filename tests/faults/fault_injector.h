@@ -1,0 +1,39 @@
+// System calls that fail on demand. Linked into a program, its definitions of the C library's file
+// functions take the place of the real ones, for the standard library's callers as well.
+//
+// While armed every call is counted from 0. The one of the fault's number (and all later ones, when
+// it goes on) does what the fault says instead of its work.
+#pragma once
+
+namespace fault_injector {
+
+enum class FaultKind {
+    none,
+    kill,        // the process ends before the call does anything
+    killMidway,  // a write gets half of its bytes to the file before the process ends
+    fail,        // the call fails with `error` and does nothing
+    shorten,     // a write or read moves half of its bytes; other calls work
+};
+
+struct Fault {
+    FaultKind kind = FaultKind::none;
+    int at = 0;
+    int error = 0;
+    bool goesOn = false;
+};
+
+// The exit status of a process that a fault has killed.
+inline constexpr int killedStatus = 66;
+
+void arm(const Fault& fault);
+
+// Ends counting and faults. The number of calls since arming.
+int disarm();
+
+// The name of the C function that was call number `at` since arming.
+const char* nameOfCall(int at);
+
+// True when that call was a write.
+bool wasWrite(int at);
+
+}  // namespace fault_injector
