@@ -1,5 +1,7 @@
 #include "services/toolkit.h"
 
+#include <QDir>
+#include <QIcon>
 #include <QLibraryInfo>
 #include <QLocale>
 #include <cstdlib>
@@ -77,6 +79,15 @@ void askPlatformForGerman() {}
 
 #endif
 
+// Every window's icon, from the sizes that the program carries.
+QIcon windowIcon() {
+    QIcon icon;
+    const QDir sizes(QStringLiteral(":/icon"));
+    for (const QString& name : sizes.entryList())
+        icon.addFile(sizes.filePath(name));
+    return icon;
+}
+
 }  // namespace
 
 void post(const Event& event) {
@@ -123,6 +134,7 @@ void startToolkit(char* programName) {
     toolkit.application =
         std::make_unique<QApplication>(toolkit.argumentCount, toolkit.arguments.data());
     QGuiApplication::setDesktopFileName(QStringLiteral("kurbelbuch"));
+    QApplication::setWindowIcon(qt::windowIcon());
     QApplication::setQuitOnLastWindowClosed(false);
     qt::installAccessibility();
     QLocale::setDefault(QLocale(QLocale::German, QLocale::Germany));
