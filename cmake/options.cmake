@@ -20,3 +20,19 @@ if(KURBELBUCH_SANITIZE)
   target_compile_options(kurbelbuch_options INTERFACE ${sanitizers} -O1 -D_GLIBCXX_ASSERTIONS)
   target_link_options(kurbelbuch_options INTERFACE ${sanitizers})
 endif()
+
+# What users get is hardened, and the same wherever it was built.
+if(CMAKE_SYSTEM_NAME STREQUAL Linux)
+  include(CheckPIESupported)
+  check_pie_supported(LANGUAGES CXX)
+  set(CMAKE_POSITION_INDEPENDENT_CODE ON)
+  set(release $<CONFIG:Release>)
+  target_compile_options(kurbelbuch_options INTERFACE
+    $<${release}:-fstack-protector-strong>
+    $<${release}:-fstack-clash-protection>
+    $<$<AND:${release},$<STREQUAL:${CMAKE_SYSTEM_PROCESSOR},x86_64>>:-fcf-protection>
+    $<${release}:-U_FORTIFY_SOURCE> $<${release}:-D_FORTIFY_SOURCE=2>
+    "$<${release}:-ffile-prefix-map=${PROJECT_SOURCE_DIR}=.>")
+  target_link_options(kurbelbuch_options INTERFACE
+    $<${release}:LINKER:-z,relro,-z,now> $<${release}:LINKER:--as-needed>)
+endif()
