@@ -5,6 +5,8 @@
 virtual_display_packages=(xvfb openbox scrot xdotool)
 virtual_screen=1280x800x24
 window_title='^Kurbelbuch$'
+# More options of the X server; -ac lets other users' programs in.
+virtual_server_options=()
 
 # What runs, in order of starting, and where its odds and ends are.
 virtual_pids=()
@@ -44,7 +46,7 @@ start_virtual_display() {
 
     # The server picks a free number itself and writes it down, when it is ready for clients.
     : >"$virtual_directory/display"
-    Xvfb -displayfd 9 -screen 0 "$virtual_screen" -nolisten tcp -noreset \
+    Xvfb -displayfd 9 -screen 0 "$virtual_screen" -nolisten tcp -noreset "${virtual_server_options[@]}" \
         9>"$virtual_directory/display" >"$virtual_directory/xvfb.log" 2>&1 </dev/null &
     virtual_pids+=($!)
     local tries number=
