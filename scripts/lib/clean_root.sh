@@ -24,9 +24,15 @@ make_clean_root() {
         heading "Making a clean system in $base"
         rm -rf -- "$base.part"
         mkdir -p -- "$base.part"
+        local codename mirror
         # shellcheck source=/dev/null disable=SC1091
-        debootstrap --variant=minbase "$(. /etc/os-release && echo "$VERSION_CODENAME")" "$base.part" \
-            http://deb.debian.org/debian >"$base.log" 2>&1 || { cat -- "$base.log"; return 1; }
+        codename=$(. /etc/os-release && echo "$VERSION_CODENAME")
+        # From where this system has its own packages.
+        # shellcheck disable=SC2016  # expanded by apt-get
+        mirror=$(apt-get indextargets --format '$(REPO_URI)' "Codename: $codename" \
+            'Created-By: Packages' | head -n 1)
+        debootstrap --variant=minbase "$codename" "$base.part" ${mirror:+"$mirror"} \
+            >"$base.log" 2>&1 || { cat -- "$base.log"; return 1; }
         mv -- "$base.part" "$base"
     fi
     rm -rf -- "$directory"
