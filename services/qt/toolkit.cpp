@@ -4,6 +4,7 @@
 #include <QIcon>
 #include <QLibraryInfo>
 #include <QLocale>
+#include <QSettings>
 #include <cstdlib>
 
 #include "services/qt/accessibility.h"
@@ -88,6 +89,14 @@ QIcon windowIcon() {
     return icon;
 }
 
+// The toolkit's requesters note the directories they were in, and colours, in the user's
+// configuration. The program writes its start settings and nothing else: such notes get a place
+// where nothing can be written, and are gone with the program.
+void keepNoNotes() {
+    for (const QSettings::Format format : {QSettings::NativeFormat, QSettings::IniFormat})
+        QSettings::setPath(format, QSettings::UserScope, QStringLiteral("/dev/null"));
+}
+
 }  // namespace
 
 void post(const Event& event) {
@@ -128,6 +137,7 @@ QString toPlainLabel(TextView text) {
 void startToolkit(char* programName) {
     using qt::toolkit;
     qt::askPlatformForGerman();
+    qt::keepNoNotes();
     toolkit.argumentCount = 1;
     toolkit.arguments = {programName, nullptr};
     QCoreApplication::setApplicationName(QStringLiteral("Kurbelbuch"));
