@@ -5,19 +5,20 @@
 clean_root_packages=(debootstrap mount)
 clean_root_user=anna
 
-# The /proc of each system that is in use.
+# What is mounted in the systems that are in use, in the order of mounting.
 clean_root_mounts=()
 
 leave_clean_roots() {
-    local mount
-    for mount in "${clean_root_mounts[@]}"; do
+    local index mount
+    for ((index = ${#clean_root_mounts[@]} - 1; index >= 0; index--)); do
+        mount=${clean_root_mounts[index]}
         umount -- "$mount" || umount --lazy -- "$mount" || true
     done
     clean_root_mounts=()
 }
 
 # make_clean_root BASE DIRECTORY: a smallest Debian, with one user. BASE is such a system made before,
-# or is made now: only that takes the network.
+# or is made now.
 make_clean_root() {
     local base=$1 directory=$2
     if [[ ! -f $base/etc/debian_version ]]; then
@@ -35,7 +36,7 @@ make_clean_root() {
             >"$base.log" 2>&1 || { cat -- "$base.log"; return 1; }
         mv -- "$base.part" "$base"
     fi
-    rm -rf -- "$directory"
+    rm -rf --one-file-system -- "$directory"
     cp -a -- "$base" "$directory"
     clean_root_mounts+=("$directory/proc")
     mount -t proc proc "$directory/proc"
