@@ -22,18 +22,20 @@ struct ListWindowSize {
 // The list window's size as it opens, for a main window of this size.
 ListWindowSize listWindowSize(const FontMeasures& font, int mainWidth, int mainHeight);
 
-// All buttons are of one width; `widestText` is the longest of their texts in pixels.
-int listButtonWidth(const FontMeasures& font, int widestText);
+// The widths of the buttons' texts, from left to right.
+using ButtonTexts = std::vector<int>;
 
 // The window never becomes smaller than this, so that every button can be reached.
-ListWindowSize smallestListWindow(const FontMeasures& font, int buttons, int buttonWidth);
+ListWindowSize smallestListWindow(const FontMeasures& font, const ButtonTexts& texts);
 
 struct ListLayout {
     services::Box list;
     std::vector<services::Box> buttons;  // from left to right
 };
 
-ListLayout layOutList(const FontMeasures& font, const ListWindowSize& window, int buttons,
-                      int buttonWidth);
+// All buttons are of one width where the window has room for that; in a narrower one each is as
+// wide as its own text needs.
+ListLayout layOutList(const FontMeasures& font, const ListWindowSize& window,
+                      const ButtonTexts& texts);
 
 }  // namespace files

@@ -74,7 +74,7 @@ struct List {
     ListMode mode = ListMode::edit;
     int mainHeight = 0;
     FontMeasures font;
-    int buttonWidth = 0;
+    ButtonTexts buttonTexts = {};
     SortMode sortMode = SortMode::byDate;
     ListResult result = ListResult::all;
     bool left = false;
@@ -135,7 +135,7 @@ ListLayout currentLayout(const List& list) {
     return layOutList(
         list.font,
         {.width = services::windowWidth(listWindow), .height = services::windowHeight(listWindow)},
-        static_cast<int>(buttonsOf(list.mode).size()), list.buttonWidth);
+        list.buttonTexts);
 }
 
 void followSize(const List& list) {
@@ -241,8 +241,7 @@ void dispatchEvent(List& list, const Event& event) {
 }
 
 bool openListWindow(const List& list, int mainWidth) {
-    const ListWindowSize smallest = smallestListWindow(
-        list.font, static_cast<int>(buttonsOf(list.mode).size()), list.buttonWidth);
+    const ListWindowSize smallest = smallestListWindow(list.font, list.buttonTexts);
     const ListWindowSize size = listWindowSize(list.font, mainWidth, list.mainHeight);
     return services::openWindow({.number = listWindow,
                                  .width = std::max(size.width, smallest.width),
@@ -279,11 +278,15 @@ void createControls(const List& list) {
     services::keyboardShortcut(listWindow, services::downKey, downShortcut);
 }
 
-int widestButtonText(ListMode mode) {
-    int widest = services::textWidth(takesChosen);  // "Alle" becomes it
-    for (const ButtonRow& button : buttonsOf(mode))
-        widest = std::max(widest, services::textWidth(button.text));
-    return widest;
+ButtonTexts buttonTexts(ListMode mode) {
+    ButtonTexts widths;
+    for (const ButtonRow& button : buttonsOf(mode)) {
+        const int width = services::textWidth(button.text);
+        // The one becomes the other.
+        widths.push_back(button.text == takesAll ? std::max(width, services::textWidth(takesChosen))
+                                                 : width);
+    }
+    return widths;
 }
 
 }  // namespace
@@ -293,7 +296,7 @@ ListResult openTrainingList(ListMode mode, int mainWidth, int mainHeight) {
                  .mainHeight = mainHeight,
                  .font = {.characterWidth = services::textWidth("_"),
                           .textHeight = services::textHeight("_")}};
-    list.buttonWidth = listButtonWidth(list.font, widestButtonText(mode));
+    list.buttonTexts = buttonTexts(mode);
     if (!openListWindow(list, mainWidth)) return ListResult::notOpened;
 
     createControls(list);

@@ -40,7 +40,7 @@ void createTextField(int window, int control, const Box& box, TextView text,
                      TextView accessibleName, TextView tooltip);
 
 // Several lines to read, select, copy and scroll, in a font of fixed width. CR, LF and CR LF each
-// end a line. The font becomes smaller, by a quarter at most, where the box would not hold so many
+// end a line. The font becomes smaller, by a third at most, where the box would not hold so many
 // characters and lines otherwise. 0 for both asks for nothing: then a line that is too long for the
 // box is wrapped, and no digit of it is ever out of sight.
 struct TextExtent {

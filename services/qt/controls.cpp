@@ -126,7 +126,7 @@ class ReadOnlyText : public QPlainTextEdit {
 QFont fixedFont(const Box& box, TextExtent wanted) {
     QFont font = QFontDatabase::systemFont(QFontDatabase::FixedFont);
     const int largest = QFontInfo(font).pixelSize();
-    for (int size = largest - 1; size >= largest - largest / 4; --size) {
+    for (int size = largest - 1; size >= largest - largest / 3; --size) {
         if (holds(box, wanted, font)) break;
         font.setPixelSize(size);
     }

@@ -2,11 +2,17 @@
 
 #include <gtest/gtest.h>
 
+#include <utility>
+
 namespace {
 
 using files::FontMeasures;
 using files::ListWindowSize;
 using services::Box;
+
+// Buttons of 126 pixels where there is room, the width of the longest text.
+const files::ButtonTexts five = {42, 112, 49, 77, 63};
+const files::ButtonTexts three = {49, 49, 63};
 
 constexpr FontMeasures font = {.characterWidth = 7, .textHeight = 15};
 
@@ -28,13 +34,13 @@ TEST(ListLayout, WidthsAreRoundedToTheNearestPixelHalvesToTheEvenOne) {
 }
 
 TEST(ListLayout, TheListFillsTheWindowAboveTheButtons) {
-    const auto layout = files::layOutList(font, {1192, 792}, 5, 126);
+    const auto layout = files::layOutList(font, {1192, 792}, five);
     EXPECT_EQ(layout.list, (Box{10, 10, 1178, 747}));
 }
 
 TEST(ListLayout, ButtonsStandEvenlyAlongTheBottomRow) {
     // y = 792 - 28.5 = 763.5, height = 25.5; the row goes from 7 to 1185.
-    const auto layout = files::layOutList(font, {1192, 792}, 5, 126);
+    const auto layout = files::layOutList(font, {1192, 792}, five);
     ASSERT_EQ(layout.buttons.size(), 5U);
     const int x[] = {7, 270, 533, 796, 1059};
     for (std::size_t i = 0; i < 5; ++i)
@@ -42,7 +48,7 @@ TEST(ListLayout, ButtonsStandEvenlyAlongTheBottomRow) {
 }
 
 TEST(ListLayout, ThreeButtonsReachFromEdgeToEdgeToo) {
-    const auto layout = files::layOutList(font, {1000, 500}, 3, 119);
+    const auto layout = files::layOutList(font, {1000, 500}, three);
     ASSERT_EQ(layout.buttons.size(), 3U);
     EXPECT_EQ(layout.buttons[0].x, 7);
     EXPECT_EQ(layout.buttons[1].x, 440);  // 440.5
@@ -50,26 +56,45 @@ TEST(ListLayout, ThreeButtonsReachFromEdgeToEdgeToo) {
 }
 
 TEST(ListLayout, ButtonsAreWideEnoughForTheirTextInAnyFont) {
-    EXPECT_EQ(files::listButtonWidth(font, 40), 119);
-    EXPECT_EQ(files::listButtonWidth(font, 105), 119);
-    EXPECT_EQ(files::listButtonWidth(font, 106), 120);
-    EXPECT_EQ(files::listButtonWidth(font, 300), 314);
+    for (const auto& [text, width] : {std::pair{40, 119}, {105, 119}, {106, 120}, {300, 314}}) {
+        const auto layout = files::layOutList(font, {2000, 500}, {20, text, 20});
+        for (const Box& button : layout.buttons)
+            EXPECT_EQ(button.width, width);
+    }
+}
+
+TEST(ListLayout, WhereEqualButtonsHaveNoRoomEachIsAsWideAsItsTextNeeds) {
+    // 5 * 126 and 6 gaps of 7
+    EXPECT_EQ(files::layOutList(font, {672, 500}, five).buttons[0].width, 126);
+    const auto layout = files::layOutList(font, {671, 500}, five);
+    const int widths[] = {56, 126, 63, 91, 77};
+    for (std::size_t i = 0; i < 5; ++i)
+        EXPECT_EQ(layout.buttons[i].width, widths[i]) << i;
+    EXPECT_EQ(layout.buttons.front().x, 7);
+    EXPECT_EQ(layout.buttons.back().x + layout.buttons.back().width, 671 - 7);
 }
 
 TEST(ListLayout, InTheSmallestWindowTheButtonsDoNotOverlap) {
-    for (const int buttons : {3, 5}) {
-        const ListWindowSize smallest = files::smallestListWindow(font, buttons, 126);
-        const auto layout = files::layOutList(font, smallest, buttons, 126);
-        for (std::size_t i = 1; i < layout.buttons.size(); ++i)
-            EXPECT_GT(layout.buttons[i].x, layout.buttons[i - 1].x + 126);
-        EXPECT_EQ(layout.buttons.back().x + 126, smallest.width - 7);
+    for (const files::ButtonTexts& texts : {three, five}) {
+        const ListWindowSize smallest = files::smallestListWindow(font, texts);
+        const auto layout = files::layOutList(font, smallest, texts);
+        for (std::size_t i = 1; i < layout.buttons.size(); ++i) {
+            EXPECT_EQ(layout.buttons[i].x,
+                      layout.buttons[i - 1].x + layout.buttons[i - 1].width + 7);
+        }
+        EXPECT_EQ(layout.buttons.back().x + layout.buttons.back().width, smallest.width - 7);
         EXPECT_LE(layout.list.y + layout.list.height, layout.buttons[0].y);
         EXPECT_GT(layout.list.height, 0);
     }
 }
 
+TEST(ListLayout, WithoutButtonsIsHarmless) {
+    EXPECT_TRUE(files::layOutList(font, {100, 100}, {}).buttons.empty());
+    EXPECT_EQ(files::smallestListWindow(font, {}).width, 7);
+}
+
 TEST(ListLayout, AWindowWithoutRoomHasNoNegativeSizes) {
-    const auto layout = files::layOutList(font, {0, 0}, 5, 126);
+    const auto layout = files::layOutList(font, {0, 0}, five);
     EXPECT_EQ(layout.list.width, 0);
     EXPECT_EQ(layout.list.height, 0);
 }

@@ -22,8 +22,9 @@ class ProgramWindows : public WindowTest {
   protected:
     using Look = std::function<void(QWidget& window)>;
 
-    static constexpr int mainWidth = 1440;
-    static constexpr int mainHeight = 840;
+    // As the program opens without settings.
+    static int mainWidth() { return services::desktopWidth(0) * 9 / 10; }
+    static int mainHeight() { return services::desktopHeight(0) * 7 / 10; }
 
     void SetUp() override {
         WindowTest::SetUp();
@@ -31,8 +32,8 @@ class ProgramWindows : public WindowTest {
         charts::state = {};
         device::state = {};
         settings::state = {};
-        settings::state.windowWidth = mainWidth;
-        settings::state.windowHeight = mainHeight;
+        settings::state.windowWidth = mainWidth();
+        settings::state.windowHeight = mainHeight();
         for (int i = 0; i < 5; ++i)
             device::state.dictionary.push_back(training(i));
         ASSERT_TRUE(app::openMainWindow());
@@ -74,7 +75,7 @@ class ProgramWindows : public WindowTest {
         using files::ListMode;
         for (const ListMode mode : {ListMode::edit, ListMode::chooseMany, ListMode::chooseOne}) {
             lookAt(mode == ListMode::edit ? "Trainingsdateien bearbeiten" : "W\xE4hle", look,
-                   [mode] { files::openTrainingList(mode, mainWidth, mainHeight); });
+                   [mode] { files::openTrainingList(mode, mainWidth(), mainHeight()); });
         }
         lookAt("Grenzwerte", look, [] { charts::editLimits(charts::ChartKind::overview, 3); });
         lookAt("Programminfo", look, app::showInfoBox);
@@ -83,7 +84,7 @@ class ProgramWindows : public WindowTest {
             const files::ReportWindow report = {.title = "Dateien kopieren",
                                                 .width = 448,
                                                 .textWidth = 448,
-                                                .mainHeight = mainHeight};
+                                                .mainHeight = mainHeight()};
             ASSERT_TRUE(services::openWindow(
                 {.number = services::listWindow, .title = "Liste", .owner = services::mainWindow}));
             ASSERT_TRUE(files::openReport(report));
