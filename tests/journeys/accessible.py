@@ -21,6 +21,9 @@ STATES = {
     "checkable": 41,
 }
 
+# What may hold hundreds of objects.
+CONTAINERS = ("tree", "list", "table", "menu bar")
+
 
 class Gone(Exception):
     """The object is no more, as a window that was closed."""
@@ -131,27 +134,29 @@ class Node:
     def text(self):
         return self.ask(PREFIX + "Text", "GetText", "(ii)", 0, -1)[0]
 
-    def walk(self, depth=12):
-        """This object and all below it, parents first; what vanishes meanwhile is left out."""
-        yield self
-        if depth == 0:
-            return
+    def walk(self):
+        """This object and all below it, parents first, but not what lists, tables and menus hold.
+        What vanishes meanwhile is left out."""
         try:
+            role = self.role
+            yield self, role
+            if role in CONTAINERS:
+                return
             children = self.children
         except Gone:
             return
         for child in children:
-            yield from child.walk(depth - 1)
+            yield from child.walk()
 
     def find(self, role=None, name=None, state=None):
         """The first object below that fits, or None."""
-        for node in self.walk():
+        for node, its_role in self.walk():
             try:
-                if role is not None and node.role != role:
+                if role is not None and its_role != role:
                     continue
                 if name is not None and node.name != name:
                     continue
-                if state is not None and not node.has(state):
+                if state is not None and state not in node.states:
                     continue
                 return node
             except Gone:

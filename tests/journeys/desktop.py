@@ -109,12 +109,17 @@ class Desktop:
         self.bus = accessible.accessibility_bus(self.session)
 
     def start_window_manager(self):
-        manager = self.run("openbox", ["openbox", "--sm-disable"])
-        # A window that comes before its manager would have no frame.
+        # It runs the command when it takes care of windows; the properties by which others know a
+        # window manager stand on the root window earlier, and a window that comes in between is
+        # never shown or never gets the keys.
+        ready = os.path.join(self.home, "managed")
+        manager = self.run("openbox", ["openbox", "--sm-disable", "--startup", "touch " + ready])
         wait_until(
-            lambda: manager.poll() is not None or self.xdotool("get_desktop", check=False) == "0",
+            lambda: manager.poll() is not None or os.path.exists(ready),
             lambda: "the window manager\n" + self.messages("openbox"),
         )
+        if manager.poll() is not None:
+            raise AssertionError("the window manager ended:\n" + self.messages("openbox"))
 
     def xdotool(self, *arguments, check=True):
         done = subprocess.run(
@@ -136,14 +141,25 @@ class Desktop:
     def type(self, text):
         self.xdotool("type", "--delay", "1", "--", text)
 
+    def move_pointer(self, x, y):
+        self.xdotool("mousemove", x, y)
+
     def park_pointer(self):
         """Out of the way, where it highlights nothing."""
-        self.xdotool("mousemove", SCREEN[0] - 2, SCREEN[1] - 2)
+        self.move_pointer(SCREEN[0] - 2, SCREEN[1] - 2)
 
-    def click(self, place, button=1, times=1):
-        """Clicks an accessible object's middle, or a place (x, y)."""
+    def drag(self, start, end):
+        """Moves the pointer from one place to another with its left button held down."""
+        self.xdotool("mousemove", *start, "mousedown", 1)
+        self.xdotool("mousemove", *end, "mouseup", 1)
+
+    def click(self, place, button=1, times=1, holding=None):
+        """Clicks an accessible object's middle, or a place (x, y), with a key held down or not."""
         x, y = place if isinstance(place, tuple) else place.middle
-        self.xdotool("mousemove", x, y, "click", "--repeat", times, "--delay", "40", button)
+        click = ["click", "--repeat", times, "--delay", "40", button]
+        if holding is not None:
+            click = ["keydown", holding, *click, "keyup", holding]
+        self.xdotool("mousemove", x, y, *click)
 
     def screen(self):
         return ImageGrab.grab(xdisplay=self.environment["DISPLAY"]).convert("RGB")

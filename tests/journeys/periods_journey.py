@@ -1,0 +1,84 @@
+"""Which trainings the overview shows: all, chosen ones, those of a year or of a month."""
+
+import time
+
+from card import record
+from chart import fractions
+from journey import Journey
+
+LIST = "Wähle die Trainingsdatei"
+DAY = 24 * 60 * 60
+# Days before today and the value shown, oldest first; far from the edges of both periods.
+TRAININGS = [(500, 100.0), (200, 170.0), (40, 120.0), (20, 150.0), (5, 130.0)]
+
+
+class Periods(Journey):
+    def setUp(self):
+        super().setUp()
+        self.filled = self.card()
+        now = int(time.time())  # the program's clock shows UTC here
+        for i, (days, watt) in enumerate(TRAININGS):
+            self.filled.add(record(i + 1, now - days * DAY, watt=watt))
+        self.program = self.start(self.filled.root)
+        self.program.tick("Übersicht", "Watt", "Balken")
+        self.shows([100, 170, 120, 150, 130])
+
+    def shows(self, watts):
+        self.program.wait_bars(fractions(watts))
+
+    def open_list(self):
+        self.program.choose("Übersicht", "Dateien öffnen")
+        return self.program.window(LIST)
+
+    def take(self, button):
+        window = self.open_list()
+        self.program.push(window, button)
+        self.program.wait_gone(window)
+
+    def test_month_year_and_all(self):
+        self.take("Monatsfrist")
+        self.shows([150, 130])
+        self.picture("month")
+        self.take("Jahresfrist")
+        self.shows([170, 120, 150, 130])
+        self.picture("year")
+        self.take("Alle")
+        self.shows([100, 170, 120, 150, 130])
+
+    def test_chosen_rows(self):
+        program = self.program
+        window = self.open_list()
+        program.control(window, "push button", "Alle")
+        program.desktop.click(program.list_row(window, 0))
+        program.control(window, "push button", "Auswahl")
+        program.desktop.click(program.list_row(window, 3), holding="ctrl")
+        program.desktop.click(program.list_row(window, 4), holding="ctrl")
+        program.wait_chosen(window, [0, 3, 4])
+        self.picture("chosen")
+        program.push(window, "Auswahl")
+        program.wait_gone(window)
+        self.shows([100, 170, 130])
+
+    def test_cancelling_takes_no_training_until_the_card_is_read_again(self):
+        program = self.program
+        self.take("Abbruch")
+        # One training is never drawn: the old picture stays. No training gives no values.
+        program.choose("Übersicht", "Watt", "Grenzwerte")
+        dialog = program.window("Grenzwerte")
+        fields = [program.control(dialog, "text", name).text for name in ("Min:", "Max:")]
+        self.assertEqual(fields, ["0,00", "0,00"])
+        program.press("Escape")
+        program.wait_gone(dialog)
+        self.shows([100, 170, 120, 150, 130])
+        self.take("Monatsfrist")
+        self.shows([150, 130])
+        self.take("Alle")
+        self.shows([100, 170, 120, 150, 130])
+
+    def test_the_file_stays_as_it_is(self):
+        before = self.filled.read("dictionary.2")
+        self.take("Monatsfrist")
+        self.shows([150, 130])
+        self.take("Abbruch")
+        self.program.window()
+        self.assertEqual(self.filled.read("dictionary.2"), before)
