@@ -109,9 +109,25 @@ ToolkitWindow* findWindow(int number) {
     return found == toolkit.windows.end() ? nullptr : found->second.data();
 }
 
+namespace {
+
+ToolkitWindow* visibleWindowOf(const QWidget* owner) {
+    for (const auto& [number, window] : toolkit.windows) {
+        if (!window.isNull() && window->isVisible() && window->parentWidget() == owner) {
+            return window;
+        }
+    }
+    return nullptr;
+}
+
+}  // namespace
+
 QWidget* requesterOwner() {
-    if (QWidget* active = QApplication::activeWindow()) return active;
-    return findWindow(mainWindow);
+    QWidget* owner = findWindow(mainWindow);
+    if (owner == nullptr) return nullptr;
+    while (QWidget* inner = visibleWindowOf(owner))
+        owner = inner;
+    return owner;
 }
 
 QString toQString(TextView text) {

@@ -101,7 +101,9 @@ Widget* findControl(int window, int control) {
     return entry == found->controls.end() ? nullptr : dynamic_cast<Widget*>(entry->second);
 }
 
-// The window that a requester belongs to: the active one, or the main window.
+// The window that a requester belongs to and that gets the keys after it: the innermost of the
+// windows that are open one above the other. Not the active one: right after a message box there
+// may be none yet, and the next box would hand the keys to the main window, past the dialog.
 QWidget* requesterOwner();
 
 // Plain text; CR LF and lone CR become line feeds.

@@ -105,6 +105,35 @@ TEST_F(Requesters, NoControlCharacterDisturbsAMessage) {
     EXPECT_EQ(QStringLiteral("a b c [1md   "), text);
 }
 
+TEST_F(Requesters, AMessageBelongsToTheInnermostWindowWhateverIsActive) {
+    openMainWindow();
+    services::showWindow(services::mainWindow);
+    QString owner;
+    const auto findOwner = [&owner](QWidget* dialog) {
+        owner = dialog->parentWidget()->windowTitle();
+        dialog->close();
+    };
+    whenOpen(findOwner);
+    services::showMessage("Info", "vorher");
+    EXPECT_EQ(QStringLiteral("Kurbelbuch"), owner);
+
+    ASSERT_TRUE(services::openWindow({.number = services::listWindow,
+                                      .width = 300,
+                                      .height = 200,
+                                      .title = "Liste",
+                                      .owner = services::mainWindow}));
+    services::showWindow(services::listWindow);
+    ASSERT_EQ(nullptr, QApplication::activeWindow());  // none yet, as right after another box
+    whenOpen(findOwner);
+    services::showMessage("Info", "mit Liste");
+    EXPECT_EQ(QStringLiteral("Liste"), owner);
+
+    services::closeWindow(services::listWindow);
+    whenOpen(findOwner);
+    services::showMessage("Info", "nachher");
+    EXPECT_EQ(QStringLiteral("Kurbelbuch"), owner);
+}
+
 TEST_F(Requesters, AQuestionIsAnsweredByJaOnly) {
     struct Row {
         const char* name;
