@@ -51,21 +51,21 @@ class Program:
         except (accessible.Gone, AttributeError):
             return []
 
-    def find_window(self, title):
-        """The active window of this title, or None."""
+    def find_window(self, title, role=None):
+        """The active window of this title (and role), or None."""
         try:
             for window in self.root.children:
                 states = window.states
                 if "active" in states and "showing" in states and window.name == title:
-                    return window
+                    return window if role in (None, window.role) else None
         except accessible.Gone:
             pass  # one closed while we looked
         return None
 
-    def window(self, title=TITLE):
+    def window(self, title=TITLE, role=None):
         """The window of this title, when it is there and takes keys."""
         return wait_until(
-            lambda: self.find_window(title), lambda: f"window {title!r}: {self.condition()}"
+            lambda: self.find_window(title, role), lambda: f"window {title!r}: {self.condition()}"
         )
 
     def is_gone(self, window):
@@ -195,11 +195,14 @@ class Program:
 
     # Message boxes
 
+    def message_text(self, box):
+        texts = [node.name for node in box.children if node.role == "label" and node.name]
+        return "\n".join(texts)
+
     def message(self, title):
         """The message box of this title and its text."""
         box = self.window(title)
-        texts = [node.name for node in box.children if node.role == "label" and node.name]
-        return box, "\n".join(texts)
+        return box, self.message_text(box)
 
     def answer(self, box, button="OK"):
         self.push(box, button)
@@ -213,8 +216,8 @@ class Program:
 
     # Requesters
 
-    def choose_path(self, title, path):
-        """Types a path into the requester of this title and accepts it."""
+    def type_path(self, title, path):
+        """Types a path into the requester of this title, which it returns."""
         requester = self.window(title)
         field = wait_until(
             lambda: requester.find("text", state="focused"), lambda: f"the field of {requester}"
@@ -222,6 +225,11 @@ class Program:
         self.press("ctrl+a")
         self.desktop.type(path)
         wait_until(lambda: field.text == path, lambda: f"{path!r}: {field.text!r}")
+        return requester
+
+    def choose_path(self, title, path):
+        """Types a path into the requester of this title and accepts it."""
+        requester = self.type_path(title, path)
         self.press("Return")
         self.wait_gone(requester)
 
