@@ -150,8 +150,12 @@ class Desktop:
 
     def drag(self, start, end):
         """Moves the pointer from one place to another with its left button held down."""
+        x, y = end
+        # A window manager takes the first motion for the beginning and follows from the second on.
         self.xdotool("mousemove", *start, "mousedown", 1)
-        self.xdotool("mousemove", *end, "mouseup", 1)
+        self.xdotool("mousemove", (start[0] + x) // 2, (start[1] + y) // 2)
+        self.xdotool("mousemove", x - 1, y - 1, "mousemove", x, y)
+        self.xdotool("mouseup", 1)
 
     def click(self, place, button=1, times=1, holding=None):
         """Clicks an accessible object's middle, or a place (x, y), with a key held down or not."""
