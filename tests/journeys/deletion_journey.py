@@ -45,6 +45,7 @@ class Deletion(Journey):
         program.desktop.click(program.list_row(window, 3), holding="ctrl")
         program.wait_chosen(window, [0, 3])
         program.push(window, "Löschen")
+        program.window("Lösche Datei")
         self.picture("question")
         self.says(program, "Lösche Datei", QUESTION, "Ja")
         program.window(LIST)

@@ -1,5 +1,6 @@
 """What every journey begins and ends with."""
 
+import glob
 import os
 import shutil
 import tempfile
@@ -9,7 +10,10 @@ import program
 from card import Card
 from desktop import Desktop
 
-OTHER_DRIVE = "/var/tmp"
+
+def first_directory(path):
+    """What the program takes for the drive of a path, without its slash."""
+    return os.path.realpath(path).split("/")[1]
 
 
 class Journey(unittest.TestCase):
@@ -20,6 +24,9 @@ class Journey(unittest.TestCase):
         cls.executable = program.find_executable()
         cls.pictures = os.path.join(os.path.dirname(cls.executable), "journeys")
         os.makedirs(cls.pictures, exist_ok=True)
+        cls.prefix = cls.__module__.removesuffix("_journey")
+        for old in glob.glob(os.path.join(glob.escape(cls.pictures), cls.prefix + "-*.png")):
+            os.remove(old)
         cls.desktop = Desktop()
         cls.addClassCleanup(cls.desktop.stop)
 
@@ -37,13 +44,13 @@ class Journey(unittest.TestCase):
         return Card(self.directory(name))
 
     def other_drive(self):
-        """A directory on what the program takes for another drive: below another first directory
-        than that of the card."""
-        path = tempfile.mkdtemp(prefix="kurbelbuch-journey-", dir=OTHER_DRIVE)
-        self.addCleanup(shutil.rmtree, path, ignore_errors=True)
-        first = [os.path.realpath(p).split("/")[1] for p in (path, self.place)]
-        self.assertNotEqual(*first, "the temporary directories lie below the same one")
-        return path
+        """A directory on what the program takes for another drive than the card's."""
+        for parent in ("/var/tmp", "/tmp", "/dev/shm"):
+            if first_directory(parent) != first_directory(self.place) and os.path.isdir(parent):
+                path = tempfile.mkdtemp(prefix="kurbelbuch-journey-", dir=parent)
+                self.addCleanup(shutil.rmtree, path, ignore_errors=True)
+                return path
+        raise AssertionError("no second directory for what is temporary")
 
     def start(self, directory, executable=None):
         """Starts the program in a directory and waits for it to be there, not for its window: it
@@ -64,8 +71,8 @@ class Journey(unittest.TestCase):
 
     def picture(self, name):
         """Leaves a screenshot in the build directory."""
-        module, _, method = self.id().split(".")
-        file = f"{module.removesuffix('_journey')}-{method.removeprefix('test_')}-{name}.png"
+        method = self.id().split(".")[-1].removeprefix("test_")
+        file = f"{self.prefix}-{method}-{name}.png".replace(" ", "_")
         self.desktop.screen().save(os.path.join(self.pictures, file))
 
     def says(self, started, title, text, button="OK"):

@@ -6,12 +6,19 @@ import signal
 import subprocess
 import time
 
+PR_SET_PDEATHSIG = 1
 PR_SET_CHILD_SUBREAPER = 36
+prctl = ctypes.CDLL(None).prctl
 
 
 def adopt_orphans():
     """Children of children whose parent ended become ours, so that they can be ended too."""
-    ctypes.CDLL(None, use_errno=True).prctl(PR_SET_CHILD_SUBREAPER, 1, 0, 0, 0)
+    prctl(PR_SET_CHILD_SUBREAPER, 1, 0, 0, 0)
+
+
+def end_with_parent():
+    """Whoever kills the journeys, as a time limit does, leaves nothing behind."""
+    prctl(PR_SET_PDEATHSIG, signal.SIGTERM, 0, 0, 0)
 
 
 def start(command, log, **options):
@@ -22,6 +29,7 @@ def start(command, log, **options):
             stdin=subprocess.DEVNULL,
             stdout=messages,
             stderr=subprocess.STDOUT,
+            preexec_fn=end_with_parent,
             **options,
         )
 

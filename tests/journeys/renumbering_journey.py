@@ -41,6 +41,7 @@ class Renumbering(Journey):
         window = self.open_list()
         for _ in range(2):  # it asks every time
             self.program.push(window, "Nummerieren")
+            self.program.window("Sicherheitswarnung")
             self.picture("warning")
             self.says_in_turn(("Sicherheitswarnung", WARNING, "Nein"))
             self.program.window(LIST)
