@@ -165,6 +165,17 @@ class Export(Journey):
             ["000000000000001a", "000000000000001b", "000000000000001c", "dictionary.2"],
         )
 
+    def test_a_file_that_cannot_be_created_is_reported(self):
+        path = self.file("gibt es nicht/neu.csv")
+        for begin in (self.begin_index, lambda: self.begin_training(1)):
+            begin()
+            self.program.choose_path(REQUESTER, path)
+            self.says(
+                self.program, "Dateifehler", f"Die Datei '{path}' konnte nicht geöffnet!"
+            )
+            self.program.window()
+        self.assertEqual(os.listdir(self.target), [])
+
     def test_the_last_directory_is_offered_again(self):
         self.begin_index()
         self.save("eins.csv")

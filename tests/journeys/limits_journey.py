@@ -1,5 +1,7 @@
 """Limits of a value: typed, reset, dragged with the pointer, removed."""
 
+import itertools
+
 from card import record, seconds
 from chart import BLACK, fractions
 from journey import Journey
@@ -131,17 +133,22 @@ class Limits(Journey):
         column = chart.left + 3  # left of the first bar
         place = x + chart.left + chart.width // 2
         desktop.click((place, y + start))
-        # The band begins where a timer finds the pointer, and can't be seen before it moves.
-        # A late timer finds it here.
-        late = start + (10 if end > start else -10)
-        desktop.move_pointer(place, y + late)
-        wait_until(lambda: self.band(column), "the band")
+        # The band begins where the next tick of a timer finds the pointer, and is not to be seen
+        # before the pointer moves again after that.
+        forth = range(1, 21) if end > start else range(-1, -21, -1)
+        way = itertools.cycle([*forth, *reversed(forth)])
+
+        def move_on():
+            desktop.move_pointer(place, y + start + next(way))
+            return self.band(column)
+
+        wait_until(move_on, "the band")
         desktop.move_pointer(place, y + end)
         band = wait_until(
             lambda: (band := self.band(column)) and end in band and band,
             lambda: f"the band to reach row {end}: {self.band(column)}",
         )
-        self.assertTrue(start in band or late in band, (band, start))
+        self.assertTrue(any(edge - start in (0, *forth) for edge in band), (band, start))
         self.picture("band")
         desktop.click((place, y + end))
         wait_until(lambda: not self.band(column), "the band to go")
