@@ -25,6 +25,8 @@ class Chart:
         bottom = top
         while bottom + 1 < rows and self.pixels[left, bottom + 1] == BLACK:
             bottom += 1
+        if bottom == top or self.black_run(bottom) != len(black):
+            raise NoChart("the frame is not painted to its end")
         self.left = left + 1
         self.top = top + 2
         self.width = right - left - 1

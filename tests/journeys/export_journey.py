@@ -98,7 +98,7 @@ class Export(Journey):
         wait_until(lambda: field.text == name, lambda: f"{name!r}, not {field.text!r}")
 
     def save(self, name, replace=False):
-        requester = self.program.type_path(REQUESTER, self.file(name))
+        requester = self.program.enter_path(REQUESTER, self.file(name))
         self.program.press("Return")
         if replace:
             # The requester's own question, before it returns.

@@ -216,20 +216,22 @@ class Program:
 
     # Requesters
 
-    def type_path(self, title, path):
-        """Types a path into the requester of this title, which it returns."""
+    def enter_path(self, title, path):
+        """Puts a path into the field of the requester of this title, which it returns.
+
+        As dictation would, not key by key: the completions that the requester offers meanwhile
+        take a Return for themselves when they come late."""
         requester = self.window(title)
         field = wait_until(
             lambda: requester.find("text", state="focused"), lambda: f"the field of {requester}"
         )
-        self.press("ctrl+a")
-        self.desktop.type(path)
+        field.ask(accessible.PREFIX + "EditableText", "SetTextContents", "(s)", path)
         wait_until(lambda: field.text == path, lambda: f"{path!r}: {field.text!r}")
         return requester
 
     def choose_path(self, title, path):
-        """Types a path into the requester of this title and accepts it."""
-        requester = self.type_path(title, path)
+        """Enters a path into the requester of this title and accepts it."""
+        requester = self.enter_path(title, path)
         self.press("Return")
         self.wait_gone(requester)
 
