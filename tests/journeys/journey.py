@@ -1,4 +1,8 @@
-"""What every journey begins and ends with."""
+"""What every journey begins and ends with.
+
+A single one, of the release build, in this directory:
+/usr/bin/python3 -B -m unittest limits_journey.Limits.test_a_dragged_band_becomes_the_limits
+"""
 
 import glob
 import os

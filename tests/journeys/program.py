@@ -6,7 +6,7 @@ import subprocess
 
 import accessible
 from chart import Chart, NoChart
-from waiting import wait_until
+from waiting import wait_until, wait_until_steady
 
 TITLE = "Kurbelbuch"
 
@@ -63,10 +63,12 @@ class Program:
         return None
 
     def window(self, title=TITLE, role=None):
-        """The window of this title, when it is there and takes keys."""
-        return wait_until(
+        """The window of this title, when it is there, takes keys, and has found its place."""
+        window = wait_until(
             lambda: self.find_window(title, role), lambda: f"window {title!r}: {self.condition()}"
         )
+        wait_until_steady(lambda: window.extents, f"the place of {window}", times=2, period=0.02)
+        return window
 
     def is_gone(self, window):
         return not window.has("showing")

@@ -24,7 +24,7 @@ def wait_until(condition, what, patience=PATIENCE):
         time.sleep(PERIOD)
 
 
-def wait_until_steady(read, what, times=3, period=0.05, patience=PATIENCE):
+def wait_until_steady(read, what, times, period, patience=PATIENCE):
     """The value of read() once it was the same `times` times in a row."""
     deadline = time.monotonic() + patience
     last, count = read(), 1
