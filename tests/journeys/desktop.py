@@ -148,14 +148,20 @@ class Desktop:
         """Out of the way, where it highlights nothing."""
         self.move_pointer(SCREEN[0] - 2, SCREEN[1] - 2)
 
-    def drag(self, start, end):
-        """Moves the pointer from one place to another with its left button held down."""
-        x, y = end
-        # A window manager takes the first motion for the beginning and follows from the second on.
+    def drag(self, start, end, arrived):
+        """Drags from one place to another, with the left button held down until arrived()."""
         self.xdotool("mousemove", *start, "mousedown", 1)
-        self.xdotool("mousemove", (start[0] + x) // 2, (start[1] + y) // 2)
-        self.xdotool("mousemove", x - 1, y - 1, "mousemove", x, y)
-        self.xdotool("mouseup", 1)
+        try:
+            # Motions that come fast count as one, and a window manager takes the first for the
+            # beginning and follows from the second on.
+            def move_on():
+                self.move_pointer(end[0] - 1, end[1] - 1)
+                self.move_pointer(*end)
+                return arrived()
+
+            wait_until(move_on, f"a drag from {start} to {end}")
+        finally:
+            self.xdotool("mouseup", 1)
 
     def click(self, place, button=1, times=1, holding=None):
         """Clicks an accessible object's middle, or a place (x, y), with a key held down or not."""

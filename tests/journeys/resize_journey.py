@@ -24,11 +24,14 @@ class Resize(Journey):
         return self.program.chart_place()[2:]
 
     def drag_corner(self, width, height):
-        """Drags the window's lower right corner so that the chart would get this size."""
+        """Drags the window's lower right corner as if the chart were to get this size, which it
+        does as far as the window can be so small."""
         x, y, old_width, old_height = self.program.chart_place()
         corner = (x + old_width - 3, y + old_height + 2)  # the grip below the window
-        self.program.desktop.drag(corner, (corner[0] + width - old_width,
-                                           corner[1] + height - old_height))
+        end = (corner[0] + width - old_width, corner[1] + height - old_height)
+        size = (max(width, 256), max(height, 256))
+        self.program.desktop.drag(corner, end, lambda: self.size() == size)
+        return self.resized(*size)
 
     def resized(self, width, height):
         wait_until(lambda: self.size() == (width, height), lambda: f"{self.size()}")
@@ -46,23 +49,18 @@ class Resize(Journey):
         return lines[1:3]
 
     def test_smaller_and_larger(self):
-        self.drag_corner(801, 423)
-        chart = self.resized(801, 423)
+        chart = self.drag_corner(801, 423)
         self.picture("smaller")
         margins = 801 - chart.width, 423 - chart.height
-        self.drag_corner(1200, 700)
-        chart = self.resized(1200, 700)
+        chart = self.drag_corner(1200, 700)
         # The margins depend on the font alone.
         self.assertEqual((1200 - chart.width, 700 - chart.height), margins)
         self.assertEqual(self.saved_size(), ["WindowBreite = 1200", "WindowHöhe = 700"])
 
     def test_not_below_256_pixels(self):
-        self.drag_corner(100, 400)
-        self.resized(256, 400)
-        self.drag_corner(300, 90)
-        self.resized(300, 256)
-        self.drag_corner(20, 20)
-        self.resized(256, 256)
+        self.assertEqual(self.drag_corner(100, 400).picture.size, (256, 400))
+        self.assertEqual(self.drag_corner(300, 90).picture.size, (300, 256))
+        self.assertEqual(self.drag_corner(20, 20).picture.size, (256, 256))
         self.picture("smallest")
         self.assertEqual(self.saved_size(), ["WindowBreite = 256", "WindowHöhe = 256"])
 
