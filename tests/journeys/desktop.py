@@ -166,7 +166,8 @@ class Desktop:
     def click(self, place, button=1, times=1, holding=None):
         """Clicks an accessible object's middle, or a place (x, y), with a key held down or not."""
         x, y = place if isinstance(place, tuple) else place.middle
-        click = ["click", "--repeat", times, "--delay", "40", button]
+        # Without delay: a busy machine must not make two clicks of a double one.
+        click = ["click", "--repeat", times, "--delay", 1, button]
         if holding is not None:
             click = ["keydown", holding, *click, "keyup", holding]
         self.xdotool("mousemove", x, y, *click)
