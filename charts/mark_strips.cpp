@@ -452,13 +452,13 @@ void computeStripRows(Painting& painting, const ValueLayer& layer) {
 
 // The device rows from one logical row to another, in a column of the strip.
 void blendRows(Painting& painting, std::uint32_t* column, std::int64_t first, std::int64_t end,
-               services::Colour colour, int times) {
+               std::uint32_t halfPixel, int times) {
     const std::int64_t height = painting.pixels.area.height;
     const std::int64_t top = std::clamp<std::int64_t>(deviceEdge(first, painting.ratio), 0, height);
     const std::int64_t bottom =
         std::clamp<std::int64_t>(deviceEdge(end, painting.ratio), 0, height);
     if (top >= bottom) return;
-    services::blendColumn(column + top, static_cast<std::size_t>(bottom - top), colour, times);
+    services::blendColumn(column + top, static_cast<std::size_t>(bottom - top), halfPixel, times);
 }
 
 BarTops collectBars(const StripRows& rows, SlotRange slots) {
@@ -480,18 +480,19 @@ int barsInRow(const StripRows& rows, SlotRange slots, int row) {
 
 // From the bars' tops down to one row.
 void paintBarColumn(Painting& painting, std::uint32_t* pixels, const BarTops& tops, int bottom,
-                    services::Colour colour) {
+                    std::uint32_t halfPixel) {
     for (int k = 0; k < services::mostBlends; ++k) {
         const int top = tops.rows[k];
         if (top >= bottom) break;
         const int next =
             k + 1 < services::mostBlends ? std::min<int>(tops.rows[k + 1], bottom) : bottom;
-        if (next > top) blendRows(painting, pixels, top, next, colour, k + 1);
+        if (next > top) blendRows(painting, pixels, top, next, halfPixel, k + 1);
     }
 }
 
 void paintStripBars(Painting& painting, const ValueLayer& layer) {
     const int bottom = static_cast<int>(painting.plot.bottom());
+    const std::uint32_t halfPixel = services::halfPixelOf(layer.colour);
     for (int x = painting.firstColumn; x < painting.endColumn; ++x) {
         const SlotRange slots = painting.columns.bars[static_cast<std::size_t>(x)];
         if (slots.first >= slots.end) continue;
@@ -506,10 +507,10 @@ void paintStripBars(Painting& painting, const ValueLayer& layer) {
         for (std::int64_t device = deviceEdge(x, painting.ratio); device < end; ++device) {
             std::uint32_t* const column =
                 painting.pixels.column(static_cast<int>(device - area.first));
-            paintBarColumn(painting, column, tops, uneven ? bottom - 1 : bottom, layer.colour);
+            paintBarColumn(painting, column, tops, uneven ? bottom - 1 : bottom, halfPixel);
             if (!uneven) continue;
-            blendRows(painting, column, bottom - 1, bottom, layer.colour, inLastRow);
-            blendRows(painting, column, bottom, bottom + 1, layer.colour, belowLastRow);
+            blendRows(painting, column, bottom - 1, bottom, halfPixel, inLastRow);
+            blendRows(painting, column, bottom, bottom + 1, halfPixel, belowLastRow);
         }
     }
 }

@@ -67,6 +67,7 @@ struct DeviceBox {
 
 // E(x) of the rules, for any x that an int32 or twice one can hold.
 inline std::int64_t deviceEdge(std::int64_t logical, double pixelRatio) {
+    if (pixelRatio == 1) return logical;
     // Not std::floor, which is a call on the oldest processors we build for; small marks are mostly
     // edges.
     const double exact = static_cast<double>(logical) * pixelRatio + 0.5;

@@ -128,13 +128,23 @@ void forEachRun(std::uint64_t word, std::size_t firstRow, Act act) {
     }
 }
 
+// So many blends one after the other, as the rule says it.
+template <int times>
+void blendOneByOne(std::uint32_t* rows, std::size_t count, std::uint32_t halfPixel) {
+    for (std::size_t i = 0; i < count; ++i) {
+        std::uint32_t pixel = rows[i];
+        for (int k = 0; k < times; ++k)
+            pixel = halfPixel + ((pixel >> 1) & 0x7F7F7F7FU);
+        rows[i] = pixel;
+    }
+}
+
 // c blends make floor((d + s * (2^(c + 1) - 2)) / 2^c) of a channel d, where s is the colour's
 // half: nested divisions by two with cut remainders are one division. With c up to 8 the dividend
 // has 16 bits, two channels fit in a word, and what one of them shifts into the other is masked
 // away.
-void blendFew(std::uint32_t* rows, std::size_t count, Colour colour, int times) {
+void blendAtOnce(std::uint32_t* rows, std::size_t count, std::uint32_t halfPixel, int times) {
     constexpr std::uint32_t channels = 0x00FF00FFU;
-    const std::uint32_t halfPixel = halfPixelOf(colour);
     const auto shift = static_cast<unsigned>(times);
     const std::uint32_t factor = (2U << shift) - 2;
     const std::uint32_t addedEven = (halfPixel & channels) * factor;
@@ -148,9 +158,8 @@ void blendFew(std::uint32_t* rows, std::size_t count, Colour colour, int times) 
 
 // 8 blends or more come to 2 * s where d is at least that, else to 2 * s - 1. A 2 * s of 256 is
 // always out of reach: then 255 comes out, here as 254 and one more.
-void blendFully(std::uint32_t* rows, std::size_t count, Colour colour) {
+void blendFully(std::uint32_t* rows, std::size_t count, std::uint32_t halfPixel) {
     constexpr std::size_t block = 16;
-    const std::uint32_t halfPixel = halfPixelOf(colour);
     std::array<std::uint8_t, block> thresholds{};
     std::array<std::uint8_t, block> bases{};
     for (std::size_t i = 0; i < block; ++i) {
@@ -301,11 +310,25 @@ void fillCovered(StripPixels& strip, const CoverMask& mask, Colour colour) {
     }
 }
 
-void blendColumn(std::uint32_t* rows, std::size_t count, Colour colour, int times) {
-    if (times >= mostBlends) {
-        blendFully(rows, count, colour);
-    } else if (times > 0) {
-        blendFew(rows, count, colour, times);
+void blendColumn(std::uint32_t* rows, std::size_t count, std::uint32_t halfPixel, int times) {
+    switch (times) {
+        case 0:
+            break;
+        case 1:
+            blendOneByOne<1>(rows, count, halfPixel);
+            break;
+        case 2:
+            blendOneByOne<2>(rows, count, halfPixel);
+            break;
+        case 3:
+            blendOneByOne<3>(rows, count, halfPixel);
+            break;
+        case mostBlends:
+            blendFully(rows, count, halfPixel);
+            break;
+        default:
+            blendAtOnce(rows, count, halfPixel, times);
+            break;
     }
 }
 

@@ -85,8 +85,8 @@ void fillCovered(StripPixels& strip, const CoverMask& mask, Colour colour);
 // More blends with one colour change nothing any more.
 inline constexpr int mostBlends = 8;
 
-// As many blended boxes over each other: 0 to mostBlends.
-void blendColumn(std::uint32_t* rows, std::size_t count, Colour colour, int times);
+// As many blended boxes over each other: 0 to mostBlends. `halfPixel` is halfPixelOf the colour.
+void blendColumn(std::uint32_t* rows, std::size_t count, std::uint32_t halfPixel, int times);
 
 // Between the strip and the surface: the rows from `top` up to but not including `bottom`.
 void storeStrip(Surface& surface, const StripPixels& strip, int top, int bottom);

@@ -182,6 +182,7 @@ void stopToolkit() {
     toolkit.actions = {};
     toolkit.queue = {};
     qt::removeAccessibility();
+    toolkit.textWidths = {};
     toolkit.application.reset();
     toolkit.german.reset();
     toolkit.quitFilter.reset();

@@ -6,6 +6,7 @@
 #include <QApplication>
 #include <QElapsedTimer>
 #include <QEventLoop>
+#include <QFont>
 #include <QImage>
 #include <QLabel>
 #include <QMenuBar>
@@ -16,6 +17,7 @@
 #include <QTranslator>
 #include <QWidget>
 #include <array>
+#include <functional>
 #include <map>
 #include <memory>
 
@@ -69,6 +71,12 @@ class ToolkitWindow : public QWidget {
     QMenuBar* menuBar = nullptr;
 };
 
+// In logical pixels, of this font.
+struct TextWidths {
+    QFont font;
+    std::map<Text, int, std::less<>> widths;
+};
+
 struct ToolkitState {
     int argumentCount = 1;
     std::array<char*, 2> arguments = {};
@@ -80,6 +88,7 @@ struct ToolkitState {
     std::map<int, QPointer<ToolkitWindow>> windows;
     std::array<QPointer<QAction>, menuItemLimit> actions = {};
     EventQueue queue;
+    TextWidths textWidths;
     QElapsedTimer lastRepaint;      // of letWindowsRepaint
     QEventLoop* waiting = nullptr;  // the loop of waitEvent while it blocks
 };
