@@ -1,6 +1,7 @@
 // The shell's own state. Resetting it is assigning {}.
 #pragma once
 
+#include "charts/range_band.h"
 #include "charts/value_catalogue.h"
 #include "services/raster.h"
 
@@ -23,9 +24,10 @@ struct AppState {
 
     services::Surface chartImage;  // of the size of the main window's content
 
-    // The chart's image with the band over it, as last shown. The chart's own image stays clean, so
-    // that the band follows the pointer without a new drawing.
+    // The chart's image with the band over it, as last shown; empty while the chart itself is shown.
+    // The chart's own image stays clean, so that the band follows the pointer without a new drawing.
     services::Surface bandImage;
+    charts::BandBox shownBand;
 };
 
 extern AppState state;

@@ -1,6 +1,8 @@
 #include "app/main_window.h"
 
 #include <algorithm>
+#include <array>
+#include <vector>
 
 #include "app/app_state.h"
 #include "charts/chart_description.h"
@@ -39,8 +41,15 @@ bool imageHasSize(int width, int height) {
            state.chartImage.pixelRatio == services::windowPixelRatio(services::mainWindow);
 }
 
+// The chart without a band.
 void showChartImage() {
+    state.bandImage = {};
     services::showImage(services::mainWindow, chartImageControl, state.chartImage);
+}
+
+std::array<services::DeviceBox, 4> edgesOf(const charts::BandBox& band) {
+    return services::framePixels(state.chartImage.pixelRatio, band.x, band.y, band.width,
+                                 band.height);
 }
 
 }  // namespace
@@ -95,10 +104,23 @@ void catchUpWithWindow() {
     followWindow();
 }
 
+// Only the band's edges change: what the last one covered comes back, then the new one is drawn.
 void showBand(const charts::BandBox& box) {
-    state.bandImage = state.chartImage;
-    services::drawFrame(state.bandImage, box.x, box.y, box.width, box.height, services::black);
-    services::showImage(services::mainWindow, chartImageControl, state.bandImage);
+    services::Surface& image = state.bandImage;
+    std::vector<services::DeviceBox> changed;
+    if (image.pixels.empty()) {
+        image = state.chartImage;
+    } else {
+        for (const services::DeviceBox& edge : edgesOf(state.shownBand)) {
+            services::copyBox(image, state.chartImage, edge);
+            changed.push_back(edge);
+        }
+    }
+    services::drawFrame(image, box.x, box.y, box.width, box.height, services::black);
+    state.shownBand = box;
+    for (const services::DeviceBox& edge : edgesOf(box))
+        changed.push_back(edge);
+    services::showImageParts(services::mainWindow, chartImageControl, image, changed);
 }
 
 }  // namespace app

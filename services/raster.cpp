@@ -240,6 +240,19 @@ DeviceBox verticalRulePixels(double pixelRatio, int x, int y, int length) {
     return box;
 }
 
+std::array<DeviceBox, 4> framePixels(double pixelRatio, int x, int y, int width, int height) {
+    const DeviceBox box = boxPixels(pixelRatio, x, y, width, height);
+    const std::int64_t thickness = ruleThickness(pixelRatio);
+    const std::int64_t innerLeft = std::min(box.left + thickness, box.right);
+    const std::int64_t innerTop = std::min(box.top + thickness, box.bottom);
+    const std::int64_t innerRight = std::max(box.right - thickness, innerLeft);
+    const std::int64_t innerBottom = std::max(box.bottom - thickness, innerTop);
+    return {{{box.left, box.top, box.right, innerTop},
+             {box.left, innerBottom, box.right, box.bottom},
+             {box.left, innerTop, innerLeft, innerBottom},
+             {innerRight, innerTop, box.right, innerBottom}}};
+}
+
 std::int64_t lineThickness(double pixelRatio) {
     return static_cast<std::int64_t>(std::ceil(pixelRatio));
 }
@@ -287,17 +300,14 @@ void blendBox(Surface& surface, int x, int y, int width, int height, Colour colo
 }
 
 void drawFrame(Surface& surface, int x, int y, int width, int height, Colour colour) {
-    const DeviceBox box = boxPixels(surface.pixelRatio, x, y, width, height);
-    const std::int64_t thickness = ruleThickness(surface.pixelRatio);
-    const std::uint32_t pixel = pixelOf(colour);
-    const std::int64_t innerLeft = std::min(box.left + thickness, box.right);
-    const std::int64_t innerTop = std::min(box.top + thickness, box.bottom);
-    const std::int64_t innerRight = std::max(box.right - thickness, innerLeft);
-    const std::int64_t innerBottom = std::max(box.bottom - thickness, innerTop);
-    fillDeviceBox(surface, {box.left, box.top, box.right, innerTop}, pixel);
-    fillDeviceBox(surface, {box.left, innerBottom, box.right, box.bottom}, pixel);
-    fillDeviceBox(surface, {box.left, innerTop, innerLeft, innerBottom}, pixel);
-    fillDeviceBox(surface, {innerRight, innerTop, box.right, innerBottom}, pixel);
+    for (const DeviceBox& edge : framePixels(surface.pixelRatio, x, y, width, height))
+        fillDeviceBox(surface, edge, pixelOf(colour));
+}
+
+void copyBox(Surface& surface, const Surface& from, const DeviceBox& box) {
+    forEachRow(surface, box, [&](std::uint32_t* row, std::size_t length) {
+        std::copy_n(from.pixels.data() + (row - surface.pixels.data()), length, row);
+    });
 }
 
 void drawHorizontalRule(Surface& surface, int x, int y, int length, Colour colour) {

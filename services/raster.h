@@ -36,6 +36,7 @@
 //             the square root of 2. Nothing for a negative radius.
 #pragma once
 
+#include <array>
 #include <cstdint>
 #include <vector>
 
@@ -85,6 +86,9 @@ DeviceBox boxPixels(double pixelRatio, int x, int y, int width, int height);
 DeviceBox horizontalRulePixels(double pixelRatio, int x, int y, int length);
 DeviceBox verticalRulePixels(double pixelRatio, int x, int y, int length);
 
+// The upper, lower, left and right edge.
+std::array<DeviceBox, 4> framePixels(double pixelRatio, int x, int y, int width, int height);
+
 // The side of the squares that lines are made of.
 std::int64_t lineThickness(double pixelRatio);
 
@@ -94,6 +98,9 @@ std::uint32_t pixelOf(Colour colour);
 // The colour's share of a blended pixel: (colour + 1) >> 1 in each channel, and an alpha that makes
 // 255 with the half of 255.
 std::uint32_t halfPixelOf(Colour colour);
+
+// The box's pixels, from another surface of the same size and ratio.
+void copyBox(Surface& surface, const Surface& from, const DeviceBox& box);
 
 void fillSurface(Surface& surface, Colour colour);
 void fillBox(Surface& surface, int x, int y, int width, int height, Colour colour);

@@ -4,6 +4,8 @@
 // a menu bar. Closing requests, size changes, clicks and timer ticks arrive as events.
 #pragma once
 
+#include <span>
+
 #include "services/latin1.h"
 #include "services/raster.h"
 
@@ -73,6 +75,11 @@ void keyboardShortcut(int window, int key, int item);
 // Ctrl, which repeat while they are held, and for Space and Delete alone, which don't.
 void createImageControl(int window, int control, TextView accessibleName);
 void showImage(int window, int control, const Surface& surface);
+
+// As showImage, when the picture differs from the one shown last in these boxes at most: in a time
+// that goes by their size.
+void showImageParts(int window, int control, const Surface& surface,
+                    std::span<const DeviceBox> changed);
 void describeControl(int window, int control, TextView accessibleDescription);
 
 // Lets the windows repaint in the middle of a long action, some 50 times a second however often it

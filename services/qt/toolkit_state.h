@@ -25,6 +25,7 @@
 #include "services/latin1.h"
 #include "services/menus.h"
 #include "services/qt/key_repeats.h"
+#include "services/raster.h"
 
 namespace services::qt {
 
@@ -33,6 +34,8 @@ class ImageControl : public QWidget {
   public:
     ImageControl(int windowNumber, int controlNumber, QWidget* parent);
     void setImage(QImage picture);
+    bool showsImageOf(const Surface& surface) const;  // of its size and ratio
+    void changeImage(const Surface& surface, const DeviceBox& box);
 
   protected:
     void paintEvent(QPaintEvent* event) override;

@@ -26,6 +26,32 @@ void ImageControl::setImage(QImage picture) {
     update();
 }
 
+void ImageControl::changeImage(const Surface& surface, const DeviceBox& box) {
+    const auto clipped = [](std::int64_t position, int size) {
+        return static_cast<int>(std::clamp<std::int64_t>(position, 0, size));
+    };
+    const int left = clipped(box.left, surface.deviceWidth);
+    const int right = clipped(box.right, surface.deviceWidth);
+    const int top = clipped(box.top, surface.deviceHeight);
+    const int bottom = clipped(box.bottom, surface.deviceHeight);
+    if (left >= right || top >= bottom) return;
+    for (int y = top; y < bottom; ++y) {
+        const auto* row =
+            surface.pixels.data() + static_cast<std::ptrdiff_t>(y) * surface.deviceWidth + left;
+        std::copy_n(row, right - left, reinterpret_cast<std::uint32_t*>(image.scanLine(y)) + left);
+    }
+    // All logical pixels that have a part in the box, and one more: where one of them ends within a
+    // device pixel, the toolkit's clipping may round.
+    const double s = surface.pixelRatio;
+    const QRectF logical(left / s, top / s, (right - left) / s, (bottom - top) / s);
+    update(logical.toAlignedRect().adjusted(-1, -1, 1, 1));
+}
+
+bool ImageControl::showsImageOf(const Surface& surface) const {
+    return image.size() == QSize(surface.deviceWidth, surface.deviceHeight) &&
+           image.devicePixelRatio() == surface.pixelRatio;
+}
+
 void ImageControl::paintEvent(QPaintEvent*) {
     QPainter painter(this);
     // Between a change of size and the next drawing the picture is smaller than the control.
@@ -257,6 +283,18 @@ void showImage(int window, int control, const Surface& surface) {
     }
     picture.setDevicePixelRatio(surface.pixelRatio);
     image->setImage(std::move(picture));
+}
+
+void showImageParts(int window, int control, const Surface& surface,
+                    std::span<const DeviceBox> changed) {
+    auto* image = qt::findControl<qt::ImageControl>(window, control);
+    if (image == nullptr) return;
+    if (!image->showsImageOf(surface)) {
+        showImage(window, control, surface);
+        return;
+    }
+    for (const DeviceBox& box : changed)
+        image->changeImage(surface, box);
 }
 
 void describeControl(int window, int control, TextView accessibleDescription) {

@@ -728,6 +728,16 @@ std::string shapeOf(const Surface& surface) {
     return shape;
 }
 
+TEST(Raster, ABoxIsCopiedFromAnotherSurface) {
+    Surface from = surfaceOf(6, 4);
+    fillSurface(from, black);
+    Surface to = surfaceOf(6, 4);
+    copyBox(to, from, {4, -3, 99, 2});
+    copyBox(to, from, {1, 3, 2, 4});
+    copyBox(to, from, {3, 2, 3, 4});
+    EXPECT_EQ(pictureOf(to), "....##\n....##\n......\n.#....\n");
+}
+
 TEST(Raster, CirclesOfOneRadiusHaveAtMostFourShapes) {
     for (const double ratio : ratios) {
         SCOPED_TRACE(ratio);

@@ -205,6 +205,19 @@ void showImage(int window, int control, const Surface& surface) {
     ++world.windows[window].imagesShown;
 }
 
+// Takes over no more than the boxes, so that a change outside of them is missed as on a screen.
+void showImageParts(int window, int control, const Surface& surface,
+                    std::span<const DeviceBox> changed) {
+    Surface& shown = world.windows[window].images[control];
+    if (shown.pixels.size() != surface.pixels.size()) {
+        shown = surface;
+    } else {
+        for (const DeviceBox& box : changed)
+            copyBox(shown, surface, box);
+    }
+    ++world.windows[window].imagesShown;
+}
+
 void describeControl(int window, int control, TextView accessibleDescription) {
     world.windows[window].controlDescriptions[control] = Text(accessibleDescription);
 }
