@@ -175,6 +175,20 @@ class Limits(Journey):
         self.program.desktop.click((x + 300, y + 300), button=3)
         self.expect_limits(*(f"{limit:.2f}".replace(".", ",") for limit in shown))
 
+    def test_a_band_by_keys_becomes_the_limits(self):
+        program = self.program
+        height = self.shows().height
+        program.window()
+        program.press(*["ctrl+Down"] * 11)  # the first puts the mark at the top, others 10 rows on
+        program.press("space")
+        program.press(*["ctrl+Down"] * 20)
+        program.press("shift+Up")
+        self.picture("band")
+        program.press("space")
+        self.shows(100 + 60 / height * (height - 299), 160 - 60 / height * 100)
+        program.press("Delete")
+        self.shows()
+
     def test_a_right_click_removes_the_limits(self):
         self.type_limits("120", "150")
         self.shows(120, 150)

@@ -16,15 +16,23 @@ class Periods(Journey):
     def setUp(self):
         super().setUp()
         self.filled = self.card()
-        now = int(time.time())  # the program's clock shows UTC here
+        self.now = int(time.time())  # the program's clock shows UTC here
         for i, (days, watt) in enumerate(TRAININGS):
-            self.filled.add(record(i + 1, now - days * DAY, watt=watt))
+            self.filled.add(record(i + 1, self.now - days * DAY, watt=watt))
         self.program = self.start(self.filled.root)
         self.program.tick("Übersicht", "Watt", "Balken")
         self.shows([100, 170, 120, 150, 130])
 
     def shows(self, watts):
         self.program.wait_bars(fractions(watts))
+        dates = [
+            time.strftime("%d.%m.%Y", time.gmtime(self.now - days * DAY))
+            for days, watt in TRAININGS if watt in watts
+        ]
+        self.program.wait_told(
+            f"Übersicht, {len(watts)} Trainings vom {dates[0]} bis {dates[-1]}: Watt (Balken)"
+            f" von {min(watts)} bis {max(watts)}."
+        )
 
     def open_list(self):
         self.program.choose("Übersicht", "Dateien öffnen")

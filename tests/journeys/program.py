@@ -282,6 +282,13 @@ class Program:
         except AssertionError as error:
             raise AssertionError(f"bars {last}, expected {expected}; {error}") from error
 
+    def wait_told(self, text):
+        """Waits until a screen reader is told this text first about the chart."""
+        wait_until(
+            lambda: self.chart_control.description.startswith(text),
+            lambda: f"{text!r}, not {self.chart_control.description!r}",
+        )
+
     def wait_no_chart(self):
         """Waits until not even a frame is drawn."""
         def look():

@@ -24,6 +24,8 @@ class Ticks(Journey):
         program = self.program
         program.tick("Übersicht", "Watt", "Balken")
         program.wait_bars(fractions(WATT))
+        trainings = "Übersicht, 5 Trainings vom 01.05.2013 bis 05.05.2013: "
+        program.wait_told(trainings + "Watt (Balken) von 100 bis 160.")
         self.picture("bars")
 
         program.tick("Übersicht", "KJoule", "Kreise")
@@ -33,6 +35,9 @@ class Ticks(Journey):
         for i, value in enumerate(KJOULE):
             self.assertEqual(chart.circle(i, 5, value, 200, 400), KJOULE_COLOUR, i)
         self.assertTrue(program.is_marked("Übersicht", "Watt", "Balken"))
+        program.wait_told(
+            trainings + "Watt (Balken) von 100 bis 160; KJoule (Kreise) von 200 bis 400."
+        )
         self.picture("two values")
 
         program.tick("Übersicht", "Watt", "Balken")

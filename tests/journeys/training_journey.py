@@ -59,6 +59,10 @@ class Training(Journey):
         program.tick("Training", "Watt", "Balken")
         # What is not positive stands at the smallest positive value.
         program.wait_bars(fractions([90, 90, 150, 120, 210, 180]))
+        program.wait_told(
+            "Training Früh, 07.05.2013 18:04:09 bis 07.05.2013 18:34:09: Watt (Balken) von 90 bis"
+            " 210."
+        )
         program.tick("Training", "Watt", "Balken")
         program.tick("Training", "Watt", "Kreise")
         chart = program.wait_chart(lambda chart: WATT_COLOUR in chart.colours(), "circles")
