@@ -10,7 +10,7 @@ build_packages=(cmake ninja-build g++ qt6-base-dev qt6-translations-l10n libgtes
 # What the journeys drive the program with: a display, a window manager, keys and pointer, the
 # accessibility bus, and Python's access to that bus and to pictures.
 # shellcheck disable=SC2034  # read by the scripts
-journey_packages=(xvfb openbox xdotool dbus-daemon at-spi2-core python3-gi python3-pil)
+journey_packages=(xvfb openbox xdotool libxtst6 dbus-daemon at-spi2-core python3-gi python3-pil)
 
 # Those of the named packages that are not installed, one per line.
 missing_packages() {

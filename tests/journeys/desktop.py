@@ -8,6 +8,7 @@ import tempfile
 import accessible
 import processes
 from PIL import ImageGrab
+from pointer import Pointer
 from waiting import wait_until
 
 SCREEN = (1280, 800)
@@ -35,6 +36,7 @@ class Desktop:
     def __init__(self):
         self.processes = []
         self.home = None
+        self.pointer = None
         try:
             self.start()
         except BaseException:
@@ -51,6 +53,9 @@ class Desktop:
         self.start_window_manager()
 
     def stop(self):
+        if self.pointer is not None:
+            self.pointer.close()
+            self.pointer = None
         # The newest first, so that nobody loses its display before it was asked to end.
         for process in reversed(self.processes):
             processes.end(process)
@@ -91,6 +96,7 @@ class Desktop:
             server.wait()
             raise AssertionError("the X server did not start:\n" + self.messages("Xvfb"))
         self.environment["DISPLAY"] = ":" + number
+        self.pointer = Pointer(":" + number)
 
     def start_bus(self):
         reader, writer = os.pipe()
@@ -142,7 +148,7 @@ class Desktop:
         self.xdotool("type", "--delay", "1", "--", text)
 
     def move_pointer(self, x, y):
-        self.xdotool("mousemove", x, y)
+        self.pointer.move(x, y)
 
     def park_pointer(self):
         """Out of the way, where it highlights nothing."""
@@ -150,7 +156,8 @@ class Desktop:
 
     def drag(self, start, end, arrived):
         """Drags from one place to another, with the left button held down until arrived()."""
-        self.xdotool("mousemove", *start, "mousedown", 1)
+        self.move_pointer(*start)
+        self.pointer.press()
         try:
             # Motions that come fast count as one, and a window manager takes the first for the
             # beginning and follows from the second on.
@@ -161,16 +168,17 @@ class Desktop:
 
             wait_until(move_on, f"a drag from {start} to {end}")
         finally:
-            self.xdotool("mouseup", 1)
+            self.pointer.release()
 
     def click(self, place, button=1, times=1, holding=None):
         """Clicks an accessible object's middle, or a place (x, y), with a key held down or not."""
         x, y = place if isinstance(place, tuple) else place.middle
-        # Without delay: a busy machine must not make two clicks of a double one.
-        click = ["click", "--repeat", times, "--delay", 1, button]
+        self.move_pointer(x, y)
         if holding is not None:
-            click = ["keydown", holding, *click, "keyup", holding]
-        self.xdotool("mousemove", x, y, *click)
+            self.xdotool("keydown", holding)
+        self.pointer.click(button, times)
+        if holding is not None:
+            self.xdotool("keyup", holding)
 
     def screen(self):
         return ImageGrab.grab(xdisplay=self.environment["DISPLAY"]).convert("RGB")
