@@ -3,12 +3,12 @@
 #include <algorithm>
 #include <array>
 #include <bit>
-#include <cfloat>
 #include <cstddef>
 #include <cstdint>
 #include <limits>
 
 #include "charts/mark_painting.h"
+#include "charts/mark_rows.h"
 #include "charts/mark_scale.h"
 #include "services/raster_strip.h"
 #include "services/text_drawing.h"
@@ -18,23 +18,6 @@ namespace {
 
 using services::deviceEdge;
 using services::StripArea;
-
-// Stands for a row of a value that has none. Rows of marks are larger (mayStandInStrips).
-constexpr int noRow = std::numeric_limits<int>::min();
-
-// roundToInt32 without a branch, so that a loop of it is vectorised: a sum this large has no room
-// for halves.
-int rowOf(double exact) {
-    constexpr double none = noRow;
-    double row = exact >= -2147483647.5 ? exact : none;
-    row = row < 2147483647.5 ? row : none;
-#if FLT_EVAL_METHOD == 0
-    constexpr double noHalves = 0x1.8p52;
-    return static_cast<int>((row + noHalves) - noHalves);
-#else
-    return services::roundToInt32(row);
-#endif
-}
 
 // Neighbouring values whose marks begin in the same column.
 struct SlotGroup {
@@ -153,28 +136,9 @@ struct StripRows {
     std::vector<int> square;
 };
 
-// How far values lie from the minimum on an axis of this length.
-void computeAlong(const Scale& scale, double length, const float* values, std::size_t count,
-                  std::vector<double>& along) {
-    along.resize(count);
-    if (scale.range == 0) {
-        for (std::size_t i = 0; i < count; ++i)
-            along[i] = scale.along(length, static_cast<double>(values[i]));
-        return;
-    }
-    for (std::size_t i = 0; i < count; ++i) {
-        along[i] = length * (static_cast<double>(values[i]) - scale.minimum) / scale.range;
-    }
-}
-
-template <typename Exact>
-void computeRows(const std::vector<double>& along, std::vector<int>& rows, Exact exact) {
-    const std::size_t count = along.size();
-    rows.resize(count);
-    const double* const from = along.data();
-    int* const to = rows.data();
-    for (std::size_t i = 0; i < count; ++i)
-        to[i] = rowOf(exact(from[i]));
+void computeRows(const RowRule& rule, const std::vector<double>& along, std::vector<int>& rows) {
+    rows.resize(along.size());
+    computeRows(rule, along.data(), along.size(), rows.data());
 }
 
 // Eight rows that the processor compares at once.
@@ -291,11 +255,17 @@ void addBits(Chain& chain, const std::uint64_t* words, std::size_t firstWord, st
     }
 }
 
+// Points of one column as bits of their rows, from `rowsAbove` rows above the image on.
+constexpr int rowsAbove = 64;
+
 // The rows of a group of points that were kept inside the plot. Many of them are sorted first, by
-// setting their bits, so that each place is covered once and most places join.
-template <typename Chain>
-void addRows(Painting& painting, Chain& chain, const int* rows, std::size_t count) {
+// setting their bits, so that each place is covered once and most places join. What is left of them
+// in a crowd is covered by coverCrowd(bits) at once, where that is possible.
+template <typename Chain, typename CoverCrowd>
+void addRows(Painting& painting, Chain& chain, const int* rows, std::size_t count,
+             CoverCrowd coverCrowd) {
     constexpr std::size_t many = 6;
+    constexpr std::size_t crowd = 24;
     if (count < many) {
         for (std::size_t i = 0; i < count; ++i) {
             if (rows[i] != noRow) chain.add(rows[i], rows[i]);
@@ -303,21 +273,25 @@ void addRows(Painting& painting, Chain& chain, const int* rows, std::size_t coun
         chain.finish();
         return;
     }
-    constexpr int room = 64;  // clamped points of a low plot may stand a little outside
-    const int top = static_cast<int>(painting.plot.top) - room;
+    // Clamped points of a low plot may stand a little outside, above as well as below.
     std::vector<std::uint64_t>& words = painting.rowBits;
-    words.resize((static_cast<std::size_t>(painting.plot.height) + 2 * room) / 64 + 1);
+    words.resize((static_cast<std::size_t>(painting.plot.bottom()) + 2 * rowsAbove) / 64 + 1);
     std::size_t firstWord = words.size();
     std::size_t endWord = 0;
     for (std::size_t i = 0; i < count; ++i) {
         if (rows[i] == noRow) continue;
-        const auto row = static_cast<std::size_t>(rows[i] - top);
+        const auto row = static_cast<std::size_t>(rows[i] + rowsAbove);
         firstWord = std::min(firstWord, row / 64);
         endWord = std::max(endWord, row / 64 + 1);
         words[row / 64] |= std::uint64_t{1} << (row % 64);
     }
-    addBits(chain, words.data(), firstWord, endWord, top);
-    chain.finish();
+    // Crowds that are spread over many words: a crowd in a few rows joins anyway.
+    if (painting.ratio != 1 || count < crowd || endWord < firstWord + crowd / 6) {
+        addBits(chain, words.data(), firstWord, endWord, -rowsAbove);
+        chain.finish();
+    } else {
+        coverCrowd(words);
+    }
     for (std::size_t word = firstWord; word < endWord; ++word)
         words[word] = 0;
 }
@@ -358,9 +332,10 @@ void collectCloud(const Painting& painting, const ValueSeries& series, CloudPoin
     int previousY = noRow;
     for (std::size_t start = 0; start < series.values.size(); start += block) {
         const std::size_t count = std::min(block, series.values.size() - start);
-        computeAlong(scale, places.side, series.values.data() + start, count, along);
-        computeRows(along, x, [&](double exact) { return places.x(exact); });
-        computeRows(along, y, [&](double exact) { return places.y(exact); });
+        along.resize(count);
+        computeAlong(scale, places.side, series.values.data() + start, count, along.data());
+        computeRows(cloudColumnRule(places), along, x);
+        computeRows(cloudRowRule(places), along, y);
         for (std::size_t i = 0; i < count; ++i) {
             if (x[i] != noRow && previousY != noRow) {
                 const auto row = static_cast<std::size_t>(previousY - cloud.top);
@@ -428,25 +403,23 @@ void computeBarTops(StripRows& rows, int bottom) {
 void computeStripRows(Painting& painting, const ValueLayer& layer) {
     const SlotRange slots = painting.slotsOfStrip.all;
     const Plot& plot = painting.plot;
-    const double bottom = plot.bottom();
     StripRows& rows = painting.rows;
     rows.first = slots.first;
+    rows.along.resize(slots.end - slots.first);
     computeAlong(Scale(*layer.series), plot.height, layer.series->values.data() + slots.first,
-                 slots.end - slots.first, rows.along);
+                 rows.along.size(), rows.along.data());
     if (layer.has(Option::bars) || layer.has(Option::line)) {
-        computeRows(rows.along, rows.line, [=](double along) { return bottom - along; });
+        computeRows(lineRule(plot), rows.along, rows.line);
     }
     if (layer.has(Option::bars)) {
-        computeRows(rows.along, rows.height, [](double along) { return along; });
-        computeBarTops(rows, static_cast<int>(bottom));
+        computeRows(heightRule(), rows.along, rows.height);
+        computeBarTops(rows, static_cast<int>(plot.bottom()));
     }
     if (layer.has(Option::circles)) {
-        computeRows(rows.along, rows.circle,
-                    [&](double along) { return circleRow(plot, painting.slots, bottom - along); });
+        computeRows(circleRule(plot, painting.slots), rows.along, rows.circle);
     }
     if (layer.has(Option::squares)) {
-        computeRows(rows.along, rows.square,
-                    [&](double along) { return squareRow(plot, painting.slots, bottom - along); });
+        computeRows(squareRule(plot, painting.slots), rows.along, rows.square);
     }
 }
 
@@ -569,7 +542,9 @@ void coverCirclePoints(Painting& painting, services::CoverMask& mask) {
                                                   services::deviceMiddle(lastRow, painting.ratio));
                        });
         addRows(painting, chain, rows.circle.data() + (group.first - rows.first),
-                group.end - group.first);
+                group.end - group.first, [&](const std::vector<std::uint64_t>& centres) {
+                    services::coverCircleCrowd(mask, painting.circle, middleX, centres);
+                });
     }
 }
 
@@ -584,7 +559,9 @@ void coverSquares(Painting& painting, services::CoverMask& mask) {
                                                          lastRow - firstRow + side));
         });
         addRows(painting, chain, rows.square.data() + (group.first - rows.first),
-                group.end - group.first);
+                group.end - group.first, [&](const std::vector<std::uint64_t>& tops) {
+                    services::coverBoxCrowd(mask, group.x, side, tops);
+                });
     }
 }
 
@@ -733,6 +710,18 @@ bool canPaintStrips(const services::Surface& surface, const ChartLayers& layers)
            });
 }
 
+// So few opaque marks are painted sooner than a strip is turned into rows of the surface.
+bool hasFewMarks(const ChartLayers& layers) {
+    constexpr std::size_t few = 2000;
+    std::size_t marks = 0;
+    for (const ValueLayer& layer : layers.values) {
+        if (layer.has(Option::bars)) return false;
+        const auto styles = std::count(layer.styles.begin(), layer.styles.end(), true);
+        marks += layer.series->values.size() * static_cast<std::size_t>(styles);
+    }
+    return marks <= few;
+}
+
 void paintInStrips(services::Surface& surface, const ChartLayers& layers) {
     const Plot plot(layers.frame);
     const std::size_t count = layers.values.front().series->values.size();
@@ -802,7 +791,7 @@ void paintPlainly(services::Surface& surface, const ChartLayers& layers) {
 }  // namespace
 
 void paintLayers(services::Surface& surface, const ChartLayers& layers) {
-    if (canPaintStrips(surface, layers)) {
+    if (canPaintStrips(surface, layers) && !hasFewMarks(layers)) {
         paintInStrips(surface, layers);
     } else {
         paintPlainly(surface, layers);

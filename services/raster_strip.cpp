@@ -7,6 +7,8 @@
 #include <cstring>
 #include <utility>
 
+#include "services/wide_loops.h"
+
 namespace services {
 
 namespace {
@@ -106,6 +108,39 @@ void coverSteepLine(CoverMask& mask, std::int64_t x1, std::int64_t y1, std::int6
     }
 }
 
+// Rows as bits, the row above the first word's first bit being lost.
+
+// Each row and those next to it. `before` is room to work in.
+void growByOne(std::vector<std::uint64_t>& rows, std::vector<std::uint64_t>& before) {
+    before = rows;
+    const std::size_t count = rows.size();
+    for (std::size_t i = 0; i < count; ++i) {
+        const std::uint64_t above = i > 0 ? before[i - 1] >> (wordBits - 1) : 0;
+        const std::uint64_t below = i + 1 < count ? before[i + 1] << (wordBits - 1) : 0;
+        rows[i] |= (before[i] << 1) | above | (before[i] >> 1) | below;
+    }
+}
+
+// Each row and the one so far below it, less than a word.
+void growDown(std::vector<std::uint64_t>& rows, unsigned distance) {
+    for (std::size_t i = rows.size(); i-- > 0;) {
+        const std::uint64_t above = i > 0 ? rows[i - 1] >> (wordBits - distance) : 0;
+        rows[i] |= (rows[i] << distance) | above;
+    }
+}
+
+// Rows that begin a word above the image. Those below the image are cut off.
+void coverColumn(CoverMask& mask, std::int64_t column, const std::vector<std::uint64_t>& rows) {
+    if (column < mask.area.first || column >= mask.area.end) return;
+    std::uint64_t* const to =
+        mask.bits.data() + static_cast<std::size_t>(column - mask.area.first) * mask.words;
+    const std::size_t count = std::min(mask.words, rows.size() - 1);
+    for (std::size_t i = 0; i < count; ++i)
+        to[i] |= rows[i + 1];
+    const auto rest = static_cast<unsigned>(mask.area.height) % wordBits;
+    if (rest != 0) to[mask.words - 1] &= ~std::uint64_t{0} >> (wordBits - rest);
+}
+
 // The largest whole number whose square is at most this; below 2^50.
 std::int64_t rootOf(std::int64_t square) {
     auto root = static_cast<std::int64_t>(std::sqrt(static_cast<double>(square)));
@@ -128,14 +163,27 @@ void forEachRun(std::uint64_t word, std::size_t firstRow, Act act) {
     }
 }
 
-// So many blends one after the other, as the rule says it.
-template <int times>
-void blendOneByOne(std::uint32_t* rows, std::size_t count, std::uint32_t halfPixel) {
+// Blends one after the other, as the rule says it.
+std::uint32_t blendedOnce(std::uint32_t pixel, std::uint32_t halfPixel) {
+    return halfPixel + ((pixel >> 1) & 0x7F7F7F7FU);
+}
+
+SERVICES_WIDE_LOOP
+void blendOnce(std::uint32_t* rows, std::size_t count, std::uint32_t halfPixel) {
+    for (std::size_t i = 0; i < count; ++i)
+        rows[i] = blendedOnce(rows[i], halfPixel);
+}
+
+SERVICES_WIDE_LOOP
+void blendTwice(std::uint32_t* rows, std::size_t count, std::uint32_t halfPixel) {
+    for (std::size_t i = 0; i < count; ++i)
+        rows[i] = blendedOnce(blendedOnce(rows[i], halfPixel), halfPixel);
+}
+
+SERVICES_WIDE_LOOP
+void blendThrice(std::uint32_t* rows, std::size_t count, std::uint32_t halfPixel) {
     for (std::size_t i = 0; i < count; ++i) {
-        std::uint32_t pixel = rows[i];
-        for (int k = 0; k < times; ++k)
-            pixel = halfPixel + ((pixel >> 1) & 0x7F7F7F7FU);
-        rows[i] = pixel;
+        rows[i] = blendedOnce(blendedOnce(blendedOnce(rows[i], halfPixel), halfPixel), halfPixel);
     }
 }
 
@@ -143,6 +191,7 @@ void blendOneByOne(std::uint32_t* rows, std::size_t count, std::uint32_t halfPix
 // half: nested divisions by two with cut remainders are one division. With c up to 8 the dividend
 // has 16 bits, two channels fit in a word, and what one of them shifts into the other is masked
 // away.
+SERVICES_WIDE_LOOP
 void blendAtOnce(std::uint32_t* rows, std::size_t count, std::uint32_t halfPixel, int times) {
     constexpr std::uint32_t channels = 0x00FF00FFU;
     const auto shift = static_cast<unsigned>(times);
@@ -158,6 +207,7 @@ void blendAtOnce(std::uint32_t* rows, std::size_t count, std::uint32_t halfPixel
 
 // 8 blends or more come to 2 * s where d is at least that, else to 2 * s - 1. A 2 * s of 256 is
 // always out of reach: then 255 comes out, here as 254 and one more.
+SERVICES_WIDE_LOOP
 void blendFully(std::uint32_t* rows, std::size_t count, std::uint32_t halfPixel) {
     constexpr std::size_t block = 16;
     std::array<std::uint8_t, block> thresholds{};
@@ -276,6 +326,35 @@ void coverCircles(CoverMask& mask, const CircleShape& shape, std::int64_t middle
     }
 }
 
+void coverCircleCrowd(CoverMask& mask, const CircleShape& shape, std::int64_t middleX,
+                      const std::vector<std::uint64_t>& rows) {
+    const auto reach = static_cast<std::int64_t>(shape.halfHeights.size()) - 1;
+    std::vector<std::uint64_t> grown = rows;
+    std::vector<std::uint64_t> before;
+    std::int64_t rowsAround = 0;
+    // From the outermost column, which is the lowest, to the middle: each needs a little more.
+    for (std::int64_t u = reach; u >= 0; --u) {
+        if ((u + middleX) % 2 == 0) continue;
+        const std::int64_t wanted = shape.halfHeights[static_cast<std::size_t>(u)] / 2;
+        for (; rowsAround < wanted; ++rowsAround)
+            growByOne(grown, before);
+        coverColumn(mask, (middleX + u - 1) / 2, grown);
+        if (u > 0) coverColumn(mask, (middleX - u - 1) / 2, grown);
+    }
+}
+
+void coverBoxCrowd(CoverMask& mask, std::int64_t left, int side,
+                   const std::vector<std::uint64_t>& rows) {
+    std::vector<std::uint64_t> grown = rows;
+    for (unsigned height = 1; height < static_cast<unsigned>(side);) {
+        const unsigned more = std::min({height, static_cast<unsigned>(side) - height, 63U});
+        growDown(grown, more);
+        height += more;
+    }
+    for (std::int64_t x = left; x < left + side; ++x)
+        coverColumn(mask, x, grown);
+}
+
 void fillStrip(StripPixels& strip, const StripArea& area, Colour colour) {
     strip.area = area;
     strip.pixels.assign(
@@ -315,13 +394,13 @@ void blendColumn(std::uint32_t* rows, std::size_t count, std::uint32_t halfPixel
         case 0:
             break;
         case 1:
-            blendOneByOne<1>(rows, count, halfPixel);
+            blendOnce(rows, count, halfPixel);
             break;
         case 2:
-            blendOneByOne<2>(rows, count, halfPixel);
+            blendTwice(rows, count, halfPixel);
             break;
         case 3:
-            blendOneByOne<3>(rows, count, halfPixel);
+            blendThrice(rows, count, halfPixel);
             break;
         case mostBlends:
             blendFully(rows, count, halfPixel);

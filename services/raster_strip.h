@@ -61,6 +61,13 @@ CircleShape circleShape(int radius, double pixelRatio);
 void coverCircles(CoverMask& mask, const CircleShape& shape, std::int64_t middleX,
                   std::int64_t firstMiddleY, std::int64_t lastMiddleY);
 
+// The same for many marks that begin in one column, at a pixel ratio of 1: bit k of `rows` stands
+// for the row k - 64, of a circle's centre or of the top of a square of this side.
+void coverCircleCrowd(CoverMask& mask, const CircleShape& shape, std::int64_t middleX,
+                      const std::vector<std::uint64_t>& rows);
+void coverBoxCrowd(CoverMask& mask, std::int64_t left, int side,
+                   const std::vector<std::uint64_t>& rows);
+
 // The pixels of a strip, column after column.
 struct StripPixels {
     StripArea area;

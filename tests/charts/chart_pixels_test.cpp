@@ -266,6 +266,11 @@ TEST_F(ChartPixels, ChartsOfManyValuesAreWhatTheirMarksPaint) {
     runRandomCases(2, 1500, 300, 1500, plain_chart::raster);
 }
 
+// Dozens of values a column.
+TEST_F(ChartPixels, CrowdedChartsAreWhatTheirMarksPaint) {
+    runRandomCases(6, 150, 260, 12'000, plain_chart::raster);
+}
+
 TEST_F(ChartPixels, LargeChartsAreWhatTheirMarksPaint) {
     runRandomCases(3, 60, 1200, 6000, plain_chart::raster);
 }
