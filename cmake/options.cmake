@@ -36,3 +36,8 @@ if(CMAKE_SYSTEM_NAME STREQUAL Linux)
   target_link_options(kurbelbuch_options INTERFACE
     $<${release}:LINKER:-z,relro,-z,now> $<${release}:LINKER:--as-needed>)
 endif()
+
+if(KURBELBUCH_FUZZ)
+  # Coverage for libFuzzer everywhere, its main only in the fuzzers.
+  target_compile_options(kurbelbuch_options INTERFACE -fsanitize=fuzzer-no-link)
+endif()
