@@ -8,6 +8,7 @@
 #include "device/dictionary_record.h"
 #include "device/training_sample.h"
 #include "services/paths.h"
+#include "services/whole_files.h"
 
 namespace device {
 
@@ -23,6 +24,10 @@ struct DeviceState {
     // What the index was when it was loaded last: its length and a hash of its bytes.
     std::uint64_t indexLength = 0;
     std::uint64_t indexHash = 0;
+
+    // The copy that lies beside the index while this program replaces that: another program that
+    // finds it leaves it alone.
+    services::HeldFile indexCopy;
 
     // The samples of the one loaded training; empty when none is loaded.
     std::vector<TrainingSample> samples;

@@ -159,6 +159,22 @@ void clearUnmeasured(DictionaryRecord& record) {
     if (record.rpm == 1.0F) record.rpm = 0.0F;
 }
 
+void replaceIndex(SaveMode mode) {
+    // An index that could not be read is not replaced by one that says nothing: what is on the card
+    // may be whole, and only the reader, the slot or the moment was bad.
+    if (state.dictionaryUnreadable) return;
+    const std::string index = encodeTable(mode);
+    if (!layCopyBeside(index)) return;
+    services::deleteFile(indexName);
+    if (!services::createFile(indexFile, indexName)) return;
+    for (DictionaryRecord& record : state.dictionary) {
+        if (mode == SaveMode::all || record.selected == 0) clearUnmeasured(record);
+    }
+    const bool written = services::writeText(indexFile, index) && services::flushFile(indexFile);
+    services::closeFile(indexFile);
+    if (written && services::flushDirectoryOf(indexName)) removeSettledCopy();
+}
+
 }  // namespace
 
 std::optional<std::vector<DictionaryRecord>> readDictionaryRecords(int file, std::int64_t length) {
@@ -217,19 +233,8 @@ bool announceRenaming(std::span<const PendingName> names) {
 }
 
 void saveDictionary(SaveMode mode) {
-    // An index that could not be read is not replaced by one that says nothing: what is on the card
-    // may be whole, and only the reader, the slot or the moment was bad.
-    if (state.dictionaryUnreadable) return;
-    const std::string index = encodeTable(mode);
-    if (!layCopyBeside(index)) return;
-    services::deleteFile(indexName);
-    if (!services::createFile(indexFile, indexName)) return;
-    for (DictionaryRecord& record : state.dictionary) {
-        if (mode == SaveMode::all || record.selected == 0) clearUnmeasured(record);
-    }
-    const bool written = services::writeText(indexFile, index) && services::flushFile(indexFile);
-    services::closeFile(indexFile);
-    if (written && services::flushDirectoryOf(indexName)) removeSettledCopy();
+    replaceIndex(mode);
+    leaveCopy();
 }
 
 bool isIndexAsLoaded() {

@@ -42,8 +42,8 @@ struct PendingName {
 };
 
 // To be called before files are renamed, with the new names in the table: puts on the disk what it
-// takes to complete both the renaming and the saving of all records after an interruption. Nothing
-// may be renamed when it returns false.
+// takes to complete both the renaming and the saving of all records after an interruption.
+// saveDictionary follows in any case; nothing may be renamed when this returns false.
 bool announceRenaming(std::span<const PendingName> names);
 
 // Deletes and rewrites the file from the table, in table order. A complete copy of the new index

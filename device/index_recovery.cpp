@@ -3,6 +3,7 @@
 #include <optional>
 #include <utility>
 
+#include "device/device_state.h"
 #include "services/directories.h"
 #include "services/file_moves.h"
 #include "services/text.h"
@@ -54,27 +55,7 @@ void completeRenames(PathView directory, const IndexCopy& copy,
     if (anyMoved) services::flushDirectoryOf(services::concatenate(directory, indexName));
 }
 
-}  // namespace
-
-bool layCopyBeside(std::string_view newIndex, std::vector<PendingRename> renames) {
-    const LyingCopy lying = copyIn({});
-    if (!lying.isKnown) return false;
-    if (lying.copy && lying.copy->index == newIndex) return true;
-    const WholeFile old = services::readWholeFile(indexName, services::LinksAre::followed);
-    if (old.state == WholeFile::State::unreadable) return false;
-    const IndexCopy copy{.index = std::string(newIndex),
-                         .renames = std::move(renames),
-                         .oldLength = old.bytes.size(),
-                         .oldHash = old.bytes.empty() ? 0 : services::hashOf(old.bytes)};
-    return services::replaceWholeFile(indexCopyName, unfinishedCopyName, encodeIndexCopy(copy));
-}
-
-void removeSettledCopy() {
-    const LyingCopy lying = copyIn({});
-    if (lying.copy && lying.copy->renames.empty()) removeCopy({});
-}
-
-TakenUp takeUpCopy(PathView directory) {
+TakenUp takeUp(PathView directory) {
     // What was cut off before it was complete: nothing was changed for it.
     services::deleteRegularFile(services::concatenate(directory, unfinishedCopyName));
     const LyingCopy lying = copyIn(directory);
@@ -112,6 +93,46 @@ TakenUp takeUpCopy(PathView directory) {
     return {.state = TakenUp::State::unwritten, .index = std::move(repaired)};
 }
 
+}  // namespace
+
+bool layCopyBeside(std::string_view newIndex, std::vector<PendingRename> renames) {
+    const LyingCopy lying = copyIn({});
+    if (!lying.isKnown) return false;
+    if (lying.copy && lying.copy->index == newIndex) {
+        if (state.indexCopy.descriptor < 0) services::holdFile(state.indexCopy, indexCopyName);
+        return true;
+    }
+    const WholeFile old = services::readWholeFile(indexName, services::LinksAre::followed);
+    if (old.state == WholeFile::State::unreadable) return false;
+    const IndexCopy copy{.index = std::string(newIndex),
+                         .renames = std::move(renames),
+                         .oldLength = old.bytes.size(),
+                         .oldHash = old.bytes.empty() ? 0 : services::hashOf(old.bytes)};
+    if (!services::replaceWholeFile(indexCopyName, unfinishedCopyName, encodeIndexCopy(copy)))
+        return false;
+    // Where files can't be held, one program has to do.
+    services::holdFile(state.indexCopy, indexCopyName);
+    return true;
+}
+
+void leaveCopy() {
+    services::letGo(state.indexCopy);
+}
+
+void removeSettledCopy() {
+    const LyingCopy lying = copyIn({});
+    if (lying.copy && lying.copy->renames.empty()) removeCopy({});
+}
+
+TakenUp takeUpCopy(PathView directory) {
+    services::HeldFile held;
+    const services::Holding holding =
+        services::holdFile(held, services::concatenate(directory, indexCopyName));
+    const TakenUp taken =
+        holding == services::Holding::heldByAnother ? TakenUp() : takeUp(directory);
+    services::letGo(held);
+    return taken;
+}
 bool hasIndex(PathView directory) {
     const Path path = services::concatenate(directory, indexName);
     return services::canReadFile(path) ||

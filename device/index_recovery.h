@@ -17,8 +17,11 @@ inline constexpr services::PathView unfinishedCopyName = "dictionary.2.kurbelbuc
 
 // Lays a complete copy of the index that is going to replace that of the working directory beside
 // it, on the disk when this returns true. A copy of the same index that lies there already stays,
-// with the names it remembers.
+// with the names it remembers. Other programs leave it alone until leaveCopy.
 bool layCopyBeside(std::string_view newIndex, std::vector<PendingRename> renames = {});
+
+// Lets other programs take up the copy again. Whoever has laid one calls this in the end.
+void leaveCopy();
 
 // Removes the copy once the new index is safely on the disk, unless it still remembers names: those
 // are settled by takeUpCopy.
@@ -35,7 +38,7 @@ struct TakenUp {
 
 // Takes up what a command that was cut off has left: completes its renames as far as they can be,
 // makes the index what it was going to be, under the names that the files have, and removes the
-// copy.
+// copy. Leaves alone what another program is still at work on.
 TakenUp takeUpCopy(services::PathView directory);
 
 // True when an index can be read in the directory, or a copy can stand in for it. A missing one is

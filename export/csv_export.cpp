@@ -49,6 +49,8 @@ void saveAs(services::Path& lastDirectory, services::TextView defaultName, const
         return;
     }
     services::writeText(csvFile, build());
+    // The message that follows stands for a file on the disk.
+    services::flushFile(csvFile);
     services::closeFile(csvFile);
     services::showMessage(
         "Info"_l1, services::concatenate("Die Datei '"_l1, shown, "' wurde gespeichert!"_l1));

@@ -1,11 +1,12 @@
 #include "services/preferences.h"
 
 #include <algorithm>
-#include <filesystem>
-#include <system_error>
+#include <csignal>
+#include <limits>
 #include <utility>
 
 #include "services/directories.h"
+#include "services/file_moves.h"
 #include "services/numbers.h"
 #include "services/regular_files.h"
 #include "services/text.h"
@@ -84,19 +85,34 @@ std::string bytesOfFile(PathView path) {
     return bytes;
 }
 
-// The same file whatever the working directory becomes. Links are followed, so that the file they
-// lead to is replaced and not the link.
+// The same file whatever the working directory becomes. A link is not followed: what it leads to,
+// somewhere outside a card perhaps, is not this program's to replace.
 Path absolutePath(PathView path) {
     if (!isUsablePath(path)) return {};
-    std::error_code error;
-    const Path resolved = std::filesystem::canonical(Path(path), error).native();
-    if (!error) return resolved;
     return path.substr(0, 1) == "/" ? Path(path) : currentDirectory() + Path(path);
 }
 
 // The process number keeps two running programs from writing into one file.
+constexpr PathView temporaryEnding = ".neu-";
+
 Path temporaryPath(PathView path) {
-    return concatenate(path, ".neu-", integerToText(getpid()));
+    return concatenate(path, temporaryEnding, integerToText(getpid()));
+}
+
+// Removes what saves have left that were cut off, but nothing of a program that still runs.
+void removeLeftovers(PathView path) {
+    const std::size_t nameStart = path.rfind('/') + 1;
+    const PathView directory = path.substr(0, nameStart);
+    const Path beginning = concatenate(path.substr(nameStart), temporaryEnding);
+    for (const Path& name : namesInDirectory(directory)) {
+        if (!name.starts_with(beginning)) continue;
+        const PathView digits = PathView(name).substr(beginning.size());
+        if (digits.empty() || digits.find_first_not_of("0123456789") != PathView::npos) continue;
+        const std::int64_t process = textToInteger(digits);
+        if (process < 1 || process > std::numeric_limits<pid_t>::max()) continue;
+        if (kill(static_cast<pid_t>(process), 0) != 0 && errno == ESRCH)
+            deleteRegularFile(concatenate(directory, name));
+    }
 }
 
 // A new empty file, opened for writing. A leftover of that name from a run that was cut off is
@@ -185,7 +201,9 @@ bool createPreferences(Preferences& preferences, PathView path) {
     if (!isUsablePath(path)) return false;
     const Path target = absolutePath(path);
     struct stat status = {};
-    if (stat(target.c_str(), &status) == 0 && !S_ISREG(status.st_mode)) return false;
+    if (lstat(target.c_str(), &status) == 0 && !S_ISREG(status.st_mode) && !S_ISLNK(status.st_mode))
+        return false;
+    removeLeftovers(target);
     const int descriptor = createTemporaryFile(target);
     if (descriptor == noDescriptor) return false;
     close(descriptor);

@@ -1,5 +1,7 @@
 #include "services/whole_files.h"
 
+#include <sys/file.h>
+
 #include <cstdio>
 #include <new>
 #include <stdexcept>
@@ -95,6 +97,24 @@ bool flushDirectoryOf(PathView path) {
         flushDescriptor(descriptor) || (errno != EIO && errno != ENOSPC && errno != EDQUOT);
     close(descriptor);
     return flushed;
+}
+
+Holding holdFile(HeldFile& held, PathView path) {
+    letGo(held);
+    const int descriptor = openRegularFile(path, O_RDONLY | O_NOFOLLOW);
+    if (descriptor == noDescriptor) return Holding::impossible;
+    if (flock(descriptor, LOCK_EX | LOCK_NB) == 0) {
+        held.descriptor = descriptor;
+        return Holding::done;
+    }
+    const Holding result = errno == EWOULDBLOCK ? Holding::heldByAnother : Holding::impossible;
+    close(descriptor);
+    return result;
+}
+
+void letGo(HeldFile& held) {
+    if (held.descriptor >= 0) close(held.descriptor);
+    held = {};
 }
 
 std::uint64_t hashOf(std::string_view bytes, std::uint64_t before) {

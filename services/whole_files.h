@@ -41,6 +41,18 @@ bool flushPath(PathView path);
 // do that for directories and say so: only a failing disk counts as a failure.
 bool flushDirectoryOf(PathView path);
 
+// Keeps other programs that ask for the same from going on with a file: nothing else, and only as
+// long as this process lives. A file that is held can be renamed and removed.
+struct HeldFile {
+    int descriptor = -1;  // -1: nothing is held
+};
+
+enum class Holding { done, heldByAnother, impossible };
+
+// Never waits. What was held before is let go.
+Holding holdFile(HeldFile& held, PathView path);
+void letGo(HeldFile& held);
+
 // FNV-1a in 64 bits: tells files apart that differ by accident. Goes on from the value of what came
 // before.
 inline constexpr std::uint64_t emptyHash = 0xCBF29CE484222325U;

@@ -1,5 +1,7 @@
 #include "device/index_recovery.h"
 
+#include <fcntl.h>
+#include <sys/file.h>
 #include <unistd.h>
 
 #include "device/device_tree.h"
@@ -154,11 +156,42 @@ TEST_F(IndexRecovery, InterruptedRenamesAreCompleted) {
     state.dictionary[1].fileName = nameOf(2);
     const device::PendingName pending[] = {{.record = 1, .oldName = nameOf(0x15)}};
     ASSERT_TRUE(device::announceRenaming(pending));
-    // Cut off here.
+    device::leaveCopy();  // cut off here
     loadDictionary();
     EXPECT_TRUE(fs::exists(nameOf(2)));
     EXPECT_FALSE(fs::exists(nameOf(0x15)));
     EXPECT_EQ(bytesOf("dictionary.2"), indexRecord(1, 1).bytes + indexRecord(2, 2).bytes);
+    EXPECT_FALSE(copyLies());
+}
+
+// Another program is in the middle of replacing the index.
+TEST_F(IndexRecovery, WhatAnotherProgramIsAtWorkOnIsLeftAlone) {
+    writeBytes("dictionary.2", index);
+    leaveCopy();
+    const int theirs = open(std::string(device::indexCopyName).c_str(), O_RDONLY);
+    ASSERT_EQ(flock(theirs, LOCK_EX), 0);
+    loadDictionary();
+    EXPECT_TRUE(copyLies());
+    EXPECT_EQ(state.dictionary.size(), 3U);
+    close(theirs);
+    loadDictionary();
+    EXPECT_FALSE(copyLies());
+}
+
+TEST_F(IndexRecovery, TheCopyIsHeldFromTheFirstRenameToTheSave) {
+    writeBytes("dictionary.2", index);
+    loadDictionary();
+    state.dictionary[2].fileName = nameOf(9);
+    const device::PendingName pending[] = {{.record = 2, .oldName = nameOf(3)}};
+    ASSERT_TRUE(device::announceRenaming(pending));
+    const int other = open(std::string(device::indexCopyName).c_str(), O_RDONLY);
+    EXPECT_NE(flock(other, LOCK_EX | LOCK_NB), 0);
+    fs::rename(nameOf(3), nameOf(9));
+    saveDictionary(SaveMode::all);
+    EXPECT_EQ(flock(other, LOCK_EX | LOCK_NB), 0);
+    close(other);
+    loadDictionary();
+    EXPECT_EQ(state.dictionary.size(), 3U);
     EXPECT_FALSE(copyLies());
 }
 

@@ -5,6 +5,7 @@
 #include <csignal>
 #include <fstream>
 #include <iterator>
+#include <set>
 #include <vector>
 
 #include "services/preferences.h"
@@ -177,16 +178,32 @@ TEST_F(PreferenceFiles, TheWorkingDirectoryMayChangeMeanwhile) {
     EXPECT_EQ(2U, names().size());
 }
 
-TEST_F(PreferenceFiles, ALinkStaysALink) {
+TEST_F(PreferenceFiles, ALinkIsReplacedAndWhatItLedToStays) {
     std::filesystem::create_directory("place");
-    makeFile("place/real", "");
+    makeFile("place/real", "precious");
     std::filesystem::create_symlink("place/real", "settings");
     Preferences preferences;
     ASSERT_TRUE(createPreferences(preferences, "settings"));
     writeInteger(preferences, "key", 1);
     EXPECT_TRUE(closePreferences(preferences));
-    EXPECT_TRUE(std::filesystem::is_symlink("settings"));
-    EXPECT_EQ("key = 1\n", bytesOf("place/real"));
+    EXPECT_FALSE(std::filesystem::is_symlink("settings"));
+    EXPECT_EQ("key = 1\n", bytesOf("settings"));
+    EXPECT_EQ("precious", bytesOf("place/real"));
+}
+
+TEST_F(PreferenceFiles, WhatSavesHaveLeftThatWereCutOffIsRemoved) {
+    // No process has so high a number, and one that runs always has the number 1.
+    for (const char* name : {"settings.neu-2147483647", "settings.neu-1", "settings.neu-",
+                             "settings.neu-2x", "other.neu-2147483647"}) {
+        makeFile(name, "");
+    }
+    Preferences preferences;
+    ASSERT_TRUE(createPreferences(preferences, "settings"));
+    EXPECT_TRUE(closePreferences(preferences));
+    const std::vector<std::string> left = names();
+    EXPECT_EQ((std::set<std::string>{"other.neu-2147483647", "settings", "settings.neu-",
+                                     "settings.neu-1", "settings.neu-2x"}),
+              std::set<std::string>(left.begin(), left.end()));
 }
 
 TEST_F(PreferenceFiles, ClosingReleasesEverything) {
