@@ -1,6 +1,7 @@
 """What a screen reader would see: the objects of the accessibility bus, asked anew every time."""
 
 from gi.repository import Gio, GLib
+from waiting import Gone
 
 ROOT = "/org/a11y/atspi/accessible/root"
 REGISTRY = "org.a11y.atspi.Registry"
@@ -23,10 +24,6 @@ STATES = {
 
 # What may hold hundreds of objects.
 CONTAINERS = ("tree", "list", "table", "menu bar")
-
-
-class Gone(Exception):
-    """The object is no more, as a window that was closed."""
 
 
 def connect(address):

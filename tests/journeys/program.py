@@ -302,12 +302,16 @@ class Program:
 
     # The list of trainings
 
-    def list_rows(self, window):
-        """The rows of the list, top to bottom, each a tuple of its texts."""
+    def read_rows(self, window):
         columns = [node.name for node in self.list_cells(window, "column header")]
         cells = [node.name for node in self.list_cells(window, "tree item")]
         width = len(columns)
         return [tuple(cells[i:i + width]) for i in range(0, len(cells), width)]
+
+    def list_rows(self, window):
+        """The rows of the list, top to bottom, each a tuple of its texts."""
+        # Filling the list anew takes away the cells that are just being read.
+        return wait_until(lambda: [self.read_rows(window)], "the list's rows")[0]
 
     def list_of(self, window):
         return window.find("tree", "Trainingsdateien")

@@ -11,17 +11,31 @@ class TookTooLong(AssertionError):
     pass
 
 
+class Gone(Exception):
+    """An object on the screen is no more, as a window that was closed or a row filled anew."""
+
+
 def wait_until(condition, what, patience=PATIENCE):
-    """The first true value of condition(). `what` is told when there is none in time: a text, or a
-    procedure that returns one."""
+    """The first true value of condition(), which may meet what is just vanishing. `what` is told
+    when there is none in time: a text, or a procedure that returns one."""
     deadline = time.monotonic() + patience
     while True:
-        value = condition()
+        try:
+            value = condition()
+        except Gone:
+            value = None
         if value:
             return value
         if time.monotonic() > deadline:
-            raise TookTooLong("waited in vain: " + (what() if callable(what) else what))
+            raise TookTooLong("waited in vain: " + tell(what))
         time.sleep(PERIOD)
+
+
+def tell(what):
+    try:
+        return what() if callable(what) else what
+    except Gone as gone:
+        return f"what is gone: {gone}"
 
 
 def wait_until_steady(read, what, times, period, patience=PATIENCE):
