@@ -33,7 +33,7 @@ void followPointer(benchmark::State& state) {
     QCoreApplication::processEvents();
     const charts::ChartFrame frame = charts::chartFrame(imageWidth, imageHeight);
     int position = frame.top + 1;
-    for (auto _ : state) {
+    while (state.KeepRunning()) {
         position = position < frame.height ? position + 7 : frame.top + 1;
         app::showBand(charts::bandBox(frame, 100, frame.top, position));
         QCoreApplication::processEvents();
@@ -46,7 +46,7 @@ void copyImage(benchmark::State& state) {
     services::Surface surface;
     services::resizeSurface(surface, imageWidth, imageHeight, 1.0);
     std::vector<std::uint32_t> copy(surface.pixels.size());
-    for (auto _ : state) {
+    while (state.KeepRunning()) {
         copy = surface.pixels;
         benchmark::DoNotOptimize(copy.data());
         benchmark::ClobberMemory();

@@ -49,7 +49,7 @@ void redraw(benchmark::State& state, const Chart& chart) {
     load(chart);
     services::Surface surface;
     services::resizeSurface(surface, imageWidth, imageHeight, 1.0);
-    for (auto _ : state) {
+    while (state.KeepRunning()) {
         if (!charts::drawChart(chart.kind, surface)) state.SkipWithError("nothing drawn");
         benchmark::DoNotOptimize(surface.pixels.data());
         benchmark::ClobberMemory();
@@ -59,7 +59,7 @@ void redraw(benchmark::State& state, const Chart& chart) {
 void redrawWithToolkit(benchmark::State& state, const Chart& chart) {
     load(chart);
     QImage image(imageWidth, imageHeight, QImage::Format_RGB32);
-    for (auto _ : state) {
+    while (state.KeepRunning()) {
         benchmarks::paintWithToolkit(image, chart.kind);
         benchmark::DoNotOptimize(image.bits());
         benchmark::ClobberMemory();

@@ -1,0 +1,101 @@
+#!/usr/bin/env python3
+"""Writes the measured part of docs/performance.md: report.py DIRECTORY FILE
+
+DIRECTORY holds own.json and toolkit.json as Google Benchmark writes them and peers.tsv as
+benchmarks/peers/run prints it. What stands between the two marks of FILE is replaced.
+"""
+
+import json
+import platform
+import statistics
+import sys
+
+BEGIN = "<!-- measured: written by scripts/bench -->"
+END = "<!-- end of what was measured -->"
+
+CHARTS = [
+    ("3 line 500", "3 values, line, 500 samples"),
+    ("3 bars 500", "3 values, bars, 500 samples"),
+    ("5 bars+line 7200", "5 values, bars and line, 7,200 samples"),
+    ("22x7 7200", "22 values, all styles, 7,200 samples"),
+    ("22x7 7200 noise", "the same, pure noise"),
+    ("22x7 86400", "22 values, all styles, 86,400 samples"),
+    ("overview 20x7 100000", "overview, 20 values, all styles, 100,000 trainings"),
+]
+PEERS = ["qcustomplot", "qwt", "gnuplot", "matplotlib"]
+
+
+def processor():
+    with open("/proc/cpuinfo", encoding="utf-8") as lines:
+        for line in lines:
+            if line.startswith("model name"):
+                return line.split(":", 1)[1].strip()
+    return platform.machine()
+
+
+def milliseconds(path):
+    """The median of the processor's time by benchmark name."""
+    with open(path, encoding="utf-8") as file:
+        rows = json.load(file)["benchmarks"]
+    times = {}
+    scale = {"ns": 1e-6, "us": 1e-3, "ms": 1, "s": 1000}
+    for row in rows:
+        if row["run_type"] == "iteration":
+            times.setdefault(row["run_name"], []).append(row["cpu_time"] * scale[row["time_unit"]])
+    return {name: statistics.median(values) for name, values in times.items()}
+
+
+def figure(value):
+    if value >= 100:
+        return f"{value:,.0f}"
+    return f"{value:.1f}" if value >= 10 else f"{value:.2f}"
+
+
+def cell(value, own):
+    return "–" if value is None else f"{figure(value)} ({value / own:,.0f}×)" if value >= 2 * own else f"{figure(value)} ({value / own:.1f}×)"
+
+
+def report(directory):
+    own = milliseconds(f"{directory}/own.json")
+    toolkit = milliseconds(f"{directory}/toolkit.json")
+    peers = {}
+    with open(f"{directory}/peers.tsv", encoding="utf-8") as lines:
+        for line in lines:
+            chart, tool, time = line.rstrip("\n").split("\t")
+            if time != "failed":
+                peers[chart, tool] = float(time)
+
+    lines = [
+        f"Measured on one processor of {processor()}, Linux {platform.release()}; 1920 × 1080, the",
+        "median of the processor's time in milliseconds. In brackets: how many times as long as ours.",
+        "",
+        "| one redraw | ours | toolkit's painter | QCustomPlot | Qwt | gnuplot | matplotlib |",
+        "|---|---|---|---|---|---|---|",
+    ]
+    for name, text in CHARTS:
+        mine = own["redraw/" + name]
+        others = [toolkit.get("toolkit/" + name)] + [peers.get((name, peer)) for peer in PEERS]
+        lines.append(f"| {text} | **{figure(mine)}** | " + " | ".join(cell(time, mine) for time in others) + " |")
+    lines += ["", "| a tick of the band over a chart of 22 values in all styles | ms |", "|---|---|"]
+    for samples in ("7200", "86400"):
+        lines.append(f"| {int(samples):,} samples | {figure(own['band/tick/' + samples])} |")
+    lines.append(f"| one copy of the image, for comparison | {figure(own['band/copy'])} |")
+    lines += ["", "| growth: values × samples, all styles | ms |", "|---|---|"]
+    for name, time in own.items():
+        if name.startswith("growth/"):
+            values, samples = name.removeprefix("growth/").split(" ")
+            lines.append(f"| {values.removesuffix('x7')} × {int(samples):,} | {figure(time)} |")
+    return "\n".join(lines)
+
+
+def main():
+    directory, path = sys.argv[1:3]
+    with open(path, encoding="utf-8") as file:
+        text = file.read()
+    before, rest = text.split(BEGIN)
+    after = rest.split(END)[1]
+    with open(path, "w", encoding="utf-8") as file:
+        file.write(f"{before}{BEGIN}\n\n{report(directory)}\n\n{END}{after}")
+
+
+main()
