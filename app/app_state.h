@@ -24,8 +24,9 @@ struct AppState {
 
     services::Surface chartImage;  // of the size of the main window's content
 
-    // The chart's image with the band over it, as last shown; empty while the chart itself is shown.
-    // The chart's own image stays clean, so that the band follows the pointer without a new drawing.
+    // The chart's image with the band over it, as last shown; empty while the chart itself is
+    // shown. The chart's own image stays clean, so that the band follows the pointer without a new
+    // drawing.
     services::Surface bandImage;
     charts::BandBox shownBand;
 };

@@ -392,8 +392,8 @@ void computeBarTops(StripRows& rows, int bottom) {
     int uneven = 0;
     for (std::size_t i = 0; i < count; ++i) {
         const bool isBar = height[i] >= 1 && top[i] != noRow;
-        const int end = bottom - height[i];  // where the top of an even bar is
-        uneven |= isBar && top[i] != end ? 1 : 0;
+        const int evenTop = bottom - (isBar ? height[i] : 0);
+        uneven |= isBar && top[i] != evenTop ? 1 : 0;
         const int inImage = std::min(std::max(top[i], 0), noBar - 1);
         to[i] = static_cast<std::int16_t>(isBar ? inImage : noBar);
     }
