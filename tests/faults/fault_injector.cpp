@@ -158,6 +158,14 @@ int lstat(const char* path, struct stat* status) noexcept {
     return callOrFail<int(const char*, struct stat*)>("lstat", path, status);
 }
 
+int access(const char* path, int mode) noexcept {
+    return callOrFail<int(const char*, int)>("access", path, mode);
+}
+
+int faccessat(int directory, const char* path, int mode, int flags) noexcept {
+    return callOrFail<int(int, const char*, int, int)>("faccessat", directory, path, mode, flags);
+}
+
 int fstat(int descriptor, struct stat* status) noexcept {
     return callOrFail<int(int, struct stat*)>("fstat", descriptor, status);
 }
