@@ -74,11 +74,13 @@ start_virtual_display() {
         mkdir -m 700 -- "$virtual_directory/runtime"
         export XDG_RUNTIME_DIR=$virtual_directory/runtime
     fi
-    openbox --sm-disable >"$virtual_directory/openbox.log" 2>&1 </dev/null &
+    # A window that comes before its manager would have no frame, and perhaps never the focus. The
+    # manager answers questions a little before it manages, so it leaves a sign when it does.
+    local managing=$virtual_directory/managing
+    openbox --sm-disable --startup "touch $managing" >"$virtual_directory/openbox.log" 2>&1 </dev/null &
     virtual_pids+=($!)
-    # A window that comes before its manager would have no frame.
     for ((tries = 0; tries < 100; tries++)); do
-        if xdotool get_desktop >/dev/null 2>&1; then
+        if [[ -e $managing ]]; then
             return 0
         fi
         sleep 0.1
