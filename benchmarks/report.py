@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
 """Writes the measured part of docs/performance.md: report.py DIRECTORY FILE
 
-DIRECTORY holds own.json and toolkit.json as Google Benchmark writes them and peers.tsv as
+DIRECTORY holds own.json, toolkit.json and cards.json as Google Benchmark writes them and peers.tsv as
 benchmarks/peers/run prints it. What stands between the two marks of FILE is replaced.
 """
 
@@ -21,6 +21,16 @@ CHARTS = [
     ("22x7 7200 noise", "the same, pure noise"),
     ("22x7 86400", "22 values, all styles, 86,400 samples"),
     ("overview 20x7 100000", "overview, 20 values, all styles, 100,000 trainings"),
+]
+# What is done with a card, and other ways to do as much.
+CARDS = [
+    ("index of 10,000 trainings, every file looked for", "readIndex/10000", "openEveryTraining/10000", "streamEveryTraining/10000"),
+    ("index of 100,000 trainings, every file looked for", "readIndex/100000", "openEveryTraining/100000", "streamEveryTraining/100000"),
+    ("training of 86,400 samples", "readTraining/86400", None, "streamTraining/86400"),
+    ("CSV of 86,400 samples", "trainingText/86400", "toCharsTrainingText/86400", "streamedTrainingText/86400"),
+    ("100,000 trainings by date", "sortTrainingsByDate/100000", None, None),
+    ("100,000 trainings by description", "sortTrainingsByDescription/100000", None, None),
+    ("the cells of 50 rows of the list", "cellsOfOneScreen/50", None, None),
 ]
 PEERS = ["qcustomplot", "qwt", "gnuplot", "matplotlib"]
 
@@ -58,6 +68,7 @@ def cell(value, own):
 def report(directory):
     own = milliseconds(f"{directory}/own.json")
     toolkit = milliseconds(f"{directory}/toolkit.json")
+    cards = milliseconds(f"{directory}/cards.json")
     peers = {}
     with open(f"{directory}/peers.tsv", encoding="utf-8") as lines:
         for line in lines:
@@ -85,6 +96,11 @@ def report(directory):
         if name.startswith("growth/"):
             values, samples = name.removeprefix("growth/").split(" ")
             lines.append(f"| {values.removesuffix('x7')} × {int(samples):,} | {figure(time)} |")
+    lines += ["", "| reading, exporting, listing | ours | bare calls | streams |", "|---|---|---|---|"]
+    for text, name, bare, streams in CARDS:
+        mine = cards[name]
+        others = [cell(cards[other], mine) if other else "–" for other in (bare, streams)]
+        lines.append(f"| {text} | **{figure(mine)}** | " + " | ".join(others) + " |")
     return "\n".join(lines)
 
 
