@@ -5,6 +5,7 @@
 #include "app/menu_tree.h"
 #include "app/tree_loading.h"
 #include "device/device_tree.h"
+#include "device/index_recovery.h"
 #include "services/directories.h"
 #include "services/text.h"
 #include "services/windows.h"
@@ -15,11 +16,10 @@ namespace app {
 
 services::Path workingDirectoryAtStart(services::PathView current, services::PathView executable) {
     if (executable.empty()) return services::Path(current);
-    for (const services::PathView file :
-         {settings::fileName, services::PathView("dictionary.2"), device::indexPath}) {
-        if (services::canReadFile(services::concatenate(executable, file))) {
-            return services::Path(executable);
-        }
+    if (services::canReadFile(services::concatenate(executable, settings::fileName)) ||
+        device::hasIndex(executable) ||
+        device::hasIndex(services::concatenate(executable, device::treePath))) {
+        return services::Path(executable);
     }
     return services::Path(current);
 }

@@ -280,7 +280,7 @@ void addRows(Painting& painting, Chain& chain, const int* rows, std::size_t coun
     std::size_t endWord = 0;
     for (std::size_t i = 0; i < count; ++i) {
         if (rows[i] == noRow) continue;
-        const auto row = static_cast<std::size_t>(rows[i] + rowsAbove);
+        const auto row = static_cast<std::size_t>(std::int64_t{rows[i]} + rowsAbove);
         firstWord = std::min(firstWord, row / 64);
         endWord = std::max(endWord, row / 64 + 1);
         words[row / 64] |= std::uint64_t{1} << (row % 64);

@@ -21,7 +21,8 @@ struct DeviceState {
     // that stands for nothing on the card and must not be saved over it.
     bool dictionaryUnreadable = false;
 
-    // What the index was when it was loaded last: its length and a hash of its bytes.
+    // What lay on the disk when the index was loaded last: its length and a hash of its bytes. Both
+    // 0 when it was missing and a copy stood in for it, and after a load that failed.
     std::uint64_t indexLength = 0;
     std::uint64_t indexHash = 0;
 

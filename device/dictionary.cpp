@@ -145,6 +145,15 @@ std::optional<Reading> readIndexBytes(std::string_view bytes) {
     return readIndex(read, static_cast<std::int64_t>(bytes.size()));
 }
 
+// What lies there instead of what was loaded. A missing index is one of no bytes and no hash.
+void rememberIndexOnDisk() {
+    const services::WholeFile file =
+        services::readWholeFile(indexName, services::LinksAre::followed);
+    const bool isThere = file.state == services::WholeFile::State::read;
+    state.indexLength = file.bytes.size();
+    state.indexHash = isThere ? services::hashOf(file.bytes) : 0;
+}
+
 std::string encodeTable(SaveMode mode) {
     std::string index;
     for (const DictionaryRecord& record : state.dictionary) {
@@ -186,11 +195,12 @@ std::optional<std::vector<DictionaryRecord>> readDictionaryRecords(int file, std
 void loadDictionary() {
     std::optional<Reading> reading;
     std::uint64_t length = 0;
+    bool isOnDisk = true;
     const TakenUp taken = takeUpCopy({});
     if (taken.state == TakenUp::State::unwritten) {
         // The card takes no more writing; its trainings are all there nevertheless.
-        length = taken.index.size();
         reading = readIndexBytes(taken.index);
+        isOnDisk = false;
     } else if (taken.state == TakenUp::State::nothing && services::readFile(indexFile, indexName)) {
         const std::int64_t inFile = services::lengthOfFile(indexFile);
         length = static_cast<std::uint64_t>(inFile);
@@ -200,6 +210,7 @@ void loadDictionary() {
     state.dictionaryUnreadable = !reading.has_value();
     state.indexLength = reading ? length : 0;
     state.indexHash = reading ? reading->hash : 0;
+    if (reading && !isOnDisk) rememberIndexOnDisk();
     if (reading) {
         state.dictionary = std::move(reading->kept);
         return;
@@ -241,6 +252,8 @@ bool isIndexAsLoaded() {
     if (state.dictionaryUnreadable) return true;
     const services::WholeFile file =
         services::readWholeFile(indexName, services::LinksAre::followed);
+    if (file.state == services::WholeFile::State::missing)
+        return state.indexLength == 0 && state.indexHash == 0;
     return file.state == services::WholeFile::State::read &&
            file.bytes.size() == state.indexLength &&
            services::hashOf(file.bytes) == state.indexHash;

@@ -64,6 +64,43 @@ bool beginsWithOldIndex(const IndexCopy& copy, std::string_view bytes) {
            services::hashOf(bytes.substr(0, copy.oldLength)) == copy.oldHash;
 }
 
+// The old index under the names that the files have.
+std::string renamedOldIndex(const IndexCopy& copy, std::span<const RenameOutcome> outcomes,
+                            std::span<const std::uint64_t> numbers, std::string_view present) {
+    std::map<std::uint64_t, std::uint64_t> newNumbers;
+    std::unordered_set<std::uint64_t> taken;
+    for (std::size_t i = 0; i < numbers.size(); ++i) {
+        newNumbers[services::hexadecimalToNumber(copy.renames[i].oldName)] = numbers[i];
+        if (outcomes[i] == RenameOutcome::moved) taken.insert(numbers[i]);
+    }
+    std::string index;
+    std::size_t at = 0;
+    for (; at + dictionaryRecordSize <= copy.oldLength; at += dictionaryRecordSize) {
+        std::string record(present.substr(at, dictionaryRecordSize));
+        const std::uint64_t number = numberAt(record, 0);
+        if (const auto found = newNumbers.find(number); found != newNumbers.end())
+            putNumber(record, 0, found->second);
+        else if (taken.contains(number))
+            continue;  // it had no file, or none could have taken its name
+        index += record;
+    }
+    return index + std::string(present.substr(at));
+}
+
+// Behind the whole records of a new index that was cut short, or of which trainings were deleted
+// since.
+std::string completedIndex(std::string_view present, std::string_view copied,
+                           const std::function<bool(const Text&)>& isThere) {
+    if (copied.size() % dictionaryRecordSize != 0) return std::string(copied);
+    std::size_t at = present.size() - present.size() % dictionaryRecordSize;
+    std::string index(copied.substr(0, at));
+    for (; at < copied.size(); at += dictionaryRecordSize) {
+        if (isThere(services::numberToHexadecimal16(numberAt(copied, at))))
+            index += copied.substr(at, dictionaryRecordSize);
+    }
+    return index;
+}
+
 std::string withMissingRecords(std::string_view present, std::string_view copied,
                                const std::function<bool(const Text&)>& isThere) {
     // A rest of a record would shift all that come behind it.
@@ -134,6 +171,25 @@ Text newNameOf(const IndexCopy& copy, const PendingRename& rename) {
     return services::numberToHexadecimal16(numberAt(copy.index, rename.position));
 }
 
+bool belongsTo(const IndexCopy& copy, const std::optional<std::string_view>& present) {
+    return !present || present->starts_with(copy.index) || copy.index.starts_with(*present) ||
+           beginsWithOldIndex(copy, *present);
+}
+
+std::vector<Text> namesAddedSince(const IndexCopy& copy,
+                                  const std::optional<std::string_view>& present) {
+    std::vector<Text> names;
+    if (!present) return names;
+    std::size_t at = present->size();
+    if (present->starts_with(copy.index))
+        at = copy.index.size();
+    else if (beginsWithOldIndex(copy, *present))
+        at = copy.oldLength;
+    for (; at + dictionaryRecordSize <= present->size(); at += dictionaryRecordSize)
+        names.push_back(services::numberToHexadecimal16(numberAt(*present, at)));
+    return names;
+}
+
 std::vector<RenameOutcome> outcomesOf(const IndexCopy& copy,
                                       const std::function<bool(const Text&)>& isThere) {
     std::unordered_map<Text, bool> there;
@@ -169,20 +225,9 @@ std::string repairedIndex(const IndexCopy& copy, std::span<const RenameOutcome> 
     if (!present) return copied;
     if (present->starts_with(copy.index))
         return copied + std::string(present->substr(copied.size()));
-    if (copy.index.starts_with(*present)) return copied;
-    if (beginsWithOldIndex(copy, *present)) {
-        // Nothing was written yet: the old index lists everything still.
-        std::map<std::uint64_t, std::uint64_t> newNumbers;
-        for (std::size_t i = 0; i < numbers.size(); ++i)
-            newNumbers[services::hexadecimalToNumber(copy.renames[i].oldName)] = numbers[i];
-        std::string index(*present);
-        for (std::size_t at = 0; at + dictionaryRecordSize <= copy.oldLength;
-             at += dictionaryRecordSize) {
-            if (const auto found = newNumbers.find(numberAt(index, at)); found != newNumbers.end())
-                putNumber(index, at, found->second);
-        }
-        return index;
-    }
+    if (copy.index.starts_with(*present)) return completedIndex(*present, copied, isThere);
+    if (beginsWithOldIndex(copy, *present))
+        return renamedOldIndex(copy, outcomes, numbers, *present);
     return withMissingRecords(*present, copied, isThere);
 }
 

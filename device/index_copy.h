@@ -44,6 +44,16 @@ std::string encodeIndexCopy(const IndexCopy& copy);
 // Nothing for bytes that are no complete copy.
 std::optional<IndexCopy> decodeIndexCopy(std::string_view bytes);
 
+// True when the index that lies there is the one that the copy was made for: missing, the beginning
+// of the copy's index, or that or the old one with whatever was added behind it. Of any other index
+// nobody knows what its names mean; then no file may be renamed for the copy's sake.
+bool belongsTo(const IndexCopy& copy, const std::optional<std::string_view>& present);
+
+// The names of the trainings that were added behind the old or the new index since. Their files may
+// bear names that a rename has set free.
+std::vector<services::Text> namesAddedSince(const IndexCopy& copy,
+                                            const std::optional<std::string_view>& present);
+
 // What became of one rename.
 enum class RenameOutcome {
     moved,  // the file has its new name
@@ -62,8 +72,10 @@ std::vector<RenameOutcome> outcomesOf(
 services::Text newNameOf(const IndexCopy& copy, const PendingRename& rename);
 
 // What the index must be. `present` is the index as it lies there; nothing when it is missing.
-//   missing, or cut short: what the copy holds
-//   the new or the old one, whatever was added behind it: that, under the names the files have
+//   missing: what the copy holds
+//   cut short: that, and of what the copy holds behind it the trainings that have a file
+//   the new or the old one, whatever was added behind it: that, under the names the files have,
+//     without the records that had no file before and would find another's now
 //   any other: that, and behind it every training of the copy that has a file but no record
 std::string repairedIndex(const IndexCopy& copy, std::span<const RenameOutcome> outcomes,
                           const std::optional<std::string_view>& present,

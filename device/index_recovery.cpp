@@ -1,5 +1,6 @@
 #include "device/index_recovery.h"
 
+#include <algorithm>
 #include <optional>
 #include <utility>
 
@@ -76,8 +77,12 @@ TakenUp takeUp(PathView directory) {
         isKnown = isKnown && presence != services::Presence::unknown;
         return presence == services::Presence::there;
     };
-    std::vector<RenameOutcome> outcomes = outcomesOf(copy, isThere);
-    if (isKnown) completeRenames(directory, copy, outcomes);
+    // A file that came since is none of those to be renamed, whatever its name.
+    const std::vector<Text> added = namesAddedSince(copy, present);
+    std::vector<RenameOutcome> outcomes = outcomesOf(copy, [&](const Text& name) {
+        return isThere(name) && std::ranges::find(added, name) == added.end();
+    });
+    if (isKnown && belongsTo(copy, present)) completeRenames(directory, copy, outcomes);
     std::string repaired = repairedIndex(copy, outcomes, present, isThere);
     if (!isKnown) return {.state = TakenUp::State::unknown};
 
@@ -133,6 +138,7 @@ TakenUp takeUpCopy(PathView directory) {
     services::letGo(held);
     return taken;
 }
+
 bool hasIndex(PathView directory) {
     const Path path = services::concatenate(directory, indexName);
     return services::canReadFile(path) ||

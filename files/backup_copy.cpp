@@ -11,6 +11,7 @@
 #include "device/device_state.h"
 #include "device/device_tree.h"
 #include "device/dictionary.h"
+#include "device/index_recovery.h"
 #include "device/training_names.h"
 #include "files/report_window.h"
 #include "services/directories.h"
@@ -93,8 +94,10 @@ bool openIndexes() {
         return false;
     }
     const services::Path& directory = device::state.backupDirectory;
-    // Not through a link: what lies elsewhere is none of the backup's.
-    if (services::openFileItself(backupIndexFile, services::concatenate(directory, indexName)))
+    // The backup may have been the card once, and a save there cut off. Not through a link: what
+    // lies elsewhere is none of the backup's.
+    if (device::takeUpCopy(directory).state == device::TakenUp::State::nothing &&
+        services::openFileItself(backupIndexFile, services::concatenate(directory, indexName)))
         return true;
 
     services::closeFile(currentIndexFile);
@@ -142,7 +145,11 @@ void copyMissingTrainings() {
 
     // Writing a record turns a pulse or cadence that was not measured into 0 in the table. A table
     // of which nothing was written is fresh still.
-    if (std::find(missing.begin(), missing.end(), true) != missing.end()) device::loadDictionary();
+    // Nor is one read again that could not be read a moment ago, with its message.
+    if (!device::state.dictionaryUnreadable &&
+        std::find(missing.begin(), missing.end(), true) != missing.end()) {
+        device::loadDictionary();
+    }
 }
 
 }  // namespace

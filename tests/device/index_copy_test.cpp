@@ -171,4 +171,34 @@ TEST(IndexCopies, WhatANewIndexLacksIsPutBehindIt) {
               added + indexRecord(1, 0).bytes + indexRecord(2, 1).bytes);
 }
 
+// The second training had no file, so the third could take its name.
+TEST(IndexCopies, ARecordWithoutAFileDoesNotFindAnotherTrainings) {
+    IndexCopy copy = copyOf({1, 2, 3}, {1, 2, 3});
+    copy.index = indexRecord(1, 0).bytes + indexRecord(2, 2).bytes;
+    copy.renames = {{.position = 152, .oldName = nameOf(3)}};
+    EXPECT_EQ(repaired(copy, indexOf({1, 2, 3}), {1, 2}), copy.index);
+    EXPECT_EQ(repaired(copy, indexOf({1, 2, 3}), {1, 3}), indexOf({1, 2, 3}));
+}
+
+TEST(IndexCopies, TrainingsDeletedSinceDoNotComeBack) {
+    const IndexCopy copy = copyOf({1, 2, 3}, {1, 2, 3});
+    EXPECT_EQ(repaired(copy, indexOf({1, 2}), {1, 2}), indexOf({1, 2}));
+    EXPECT_EQ(repaired(copy, indexOf({1, 2}), {1, 2, 3}), indexOf({1, 2, 3}));
+    EXPECT_EQ(repaired(copy, "", {2}), indexRecord(2, 1).bytes);
+}
+
+TEST(IndexCopies, BelongToTheIndexTheyWereMadeFor) {
+    const IndexCopy copy = copyOf({1, 5}, {1, 2});
+    const std::string added = indexRecord(7, 7).bytes;
+    for (const std::string& index :
+         {indexOf({1, 5}), indexOf({1, 2}), indexOf({1, 5}) + added, indexOf({1, 2}) + added,
+          indexOf({1, 2}).substr(0, 200), std::string()}) {
+        EXPECT_TRUE(device::belongsTo(copy, index));
+    }
+    EXPECT_TRUE(device::belongsTo(copy, std::nullopt));
+    EXPECT_FALSE(device::belongsTo(copy, added));
+    EXPECT_FALSE(device::belongsTo(copy, indexOf({5, 1})));
+    EXPECT_FALSE(device::belongsTo(copy, indexOf({1, 5}).substr(0, 303)));
+}
+
 }  // namespace

@@ -100,7 +100,9 @@ TEST_F(IndexRecovery, WhatCantBeWrittenIsLoadedAllTheSame) {
     EXPECT_EQ(state.dictionary.size(), 3U);
     EXPECT_FALSE(fs::exists("dictionary.2"));
     EXPECT_TRUE(copyLies());
-    // And nothing is deleted from a card whose index is not the one in the list.
+    // Trainings can be deleted then, which makes room, unless another card is there meanwhile.
+    EXPECT_TRUE(device::isIndexAsLoaded());
+    writeBytes("dictionary.2", "x");
     EXPECT_FALSE(device::isIndexAsLoaded());
 }
 
@@ -162,6 +164,44 @@ TEST_F(IndexRecovery, InterruptedRenamesAreCompleted) {
     EXPECT_FALSE(fs::exists(nameOf(0x15)));
     EXPECT_EQ(bytesOf("dictionary.2"), indexRecord(1, 1).bytes + indexRecord(2, 2).bytes);
     EXPECT_FALSE(copyLies());
+}
+
+// The bike has taken the number that the first rename set free.
+TEST_F(IndexRecovery, ATrainingThatCameSinceKeepsItsFile) {
+    const std::string old = indexRecord(1, 1).bytes + indexRecord(3, 2).bytes;
+    writeBytes("dictionary.2", old);
+    fs::remove(nameOf(2));
+    loadDictionary();
+    state.dictionary[1].fileName = nameOf(2);
+    const device::PendingName pending[] = {{.record = 1, .oldName = nameOf(3)}};
+    ASSERT_TRUE(device::announceRenaming(pending));
+    fs::rename(nameOf(3), nameOf(2));
+    device::leaveCopy();  // cut off here
+    writeTrainingFile(3);
+    writeBytes("dictionary.2", old + indexRecord(3, 9).bytes);
+    loadDictionary();
+    EXPECT_EQ(bytesOf("dictionary.2"),
+              indexRecord(1, 1).bytes + indexRecord(2, 2).bytes + indexRecord(3, 9).bytes);
+    EXPECT_TRUE(fs::exists(nameOf(2)));
+    EXPECT_TRUE(fs::exists(nameOf(3)));
+}
+
+// The names of a copy mean nothing where somebody has put another index.
+TEST_F(IndexRecovery, NothingIsRenamedBesideAnotherIndex) {
+    writeBytes("dictionary.2", indexRecord(1, 1).bytes + indexRecord(3, 2).bytes);
+    fs::remove(nameOf(2));
+    loadDictionary();
+    state.dictionary[1].fileName = nameOf(2);
+    const device::PendingName pending[] = {{.record = 1, .oldName = nameOf(3)}};
+    ASSERT_TRUE(device::announceRenaming(pending));
+    device::leaveCopy();
+    const std::string other = indexRecord(3, 77).bytes + indexRecord(1, 1).bytes;
+    writeBytes("dictionary.2", other);
+    loadDictionary();
+    EXPECT_TRUE(fs::exists(nameOf(3)));
+    EXPECT_FALSE(fs::exists(nameOf(2)));
+    EXPECT_EQ(bytesOf("dictionary.2"), other);
+    EXPECT_EQ(state.dictionary.size(), 2U);
 }
 
 // Another program is in the middle of replacing the index.
