@@ -4,6 +4,7 @@
 
 #include "app/main_window.h"
 #include "app/menu_tree.h"
+#include "device/index_recovery.h"
 #include "services/directories.h"
 #include "tests/app/app_test.h"
 #include "tests/builders/card_builder.h"
@@ -158,6 +159,21 @@ TEST_F(Startup, AProgramLyingOnACardWorksThereWhereverItIsStarted) {
         EXPECT_EQ(card, app::workingDirectoryAtStart(elsewhere, card));
         std::filesystem::remove_all(card);
     }
+}
+
+// Saving the index was cut off where it is missing.
+TEST_F(Startup, AProgramLyingOnACardKnowsItByTheCopyOfItsIndex) {
+    const std::string elsewhere = (directory / "anderswo").string() + "/";
+    const std::string card = (directory / "Karte").string() + "/";
+    const std::filesystem::path tree = card + "data/result/ergo_bike";
+    builders::writeCard(card, 2);
+    std::ifstream index(tree / "dictionary.2", std::ios::binary);
+    const std::string bytes{std::istreambuf_iterator<char>(index), {}};
+    std::filesystem::remove(tree / "dictionary.2");
+    EXPECT_EQ(elsewhere, app::workingDirectoryAtStart(elsewhere, card));
+    std::ofstream(tree / device::indexCopyName, std::ios::binary)
+        << device::encodeIndexCopy({.index = bytes});
+    EXPECT_EQ(card, app::workingDirectoryAtStart(elsewhere, card));
 }
 
 }  // namespace

@@ -9,6 +9,7 @@
 #include <string>
 #include <vector>
 
+#include "device/index_recovery.h"
 #include "files/report_window.h"
 #include "services/directories.h"
 #include "services/numbered_files.h"
@@ -91,6 +92,33 @@ TEST_F(BackupCopy, CopiesWhatTheBackupLacksAndAppendsItsRecords) {
                                                     device::encodeDictionaryRecord(recordOf(1, 1)) +
                                                     device::encodeDictionaryRecord(recordOf(3, 3)));
     EXPECT_EQ(tableChanges, 1);
+}
+
+// The backup was the card for a while, and saving its index was cut off.
+TEST_F(BackupCopy, ABackupIndexThatWasCutOffIsTakenUpFirst) {
+    useCard({recordOf(1, 1), recordOf(2, 2), recordOf(3, 3)});
+    writeBytes(backup / nameOf(1), contentOf(nameOf(1)));
+    writeBytes(backup / nameOf(2), contentOf(nameOf(2)));
+    const std::string whole = device::encodeDictionaryRecord(recordOf(1, 1)) +
+                              device::encodeDictionaryRecord(recordOf(2, 2));
+    writeBytes(backup / device::indexCopyName, device::encodeIndexCopy({.index = whole}));
+    writeBytes(backup / "dictionary.2", whole.substr(0, 200));
+    copyAndClose();
+    EXPECT_EQ(lines(), line('*', 1) + line('*', 2) + line('+', 3));
+    EXPECT_EQ(bytesOf(backup / "dictionary.2"),
+              whole + device::encodeDictionaryRecord(recordOf(3, 3)));
+    EXPECT_FALSE(fs::exists(backup / device::indexCopyName));
+}
+
+// After deleting all trainings the index is empty: that is said once.
+TEST_F(BackupCopy, AnIndexThatCannotBeReadIsNotReadAgain) {
+    useCard({recordOf(1, 1)});
+    writeBytes("dictionary.2", "");
+    stand_ins::expectMessage(
+        "Dateifehler",
+        "Die Datei 'data\\result\\ergo_bike\\dictionary.2' ist leer oder wurde nicht gefunden!");
+    copyAndClose();
+    EXPECT_FALSE(fs::exists(backup / nameOf(1)));
 }
 
 TEST_F(BackupCopy, ACompleteBackupIsLeftAsItIs) {
