@@ -13,6 +13,7 @@
 #include <vector>
 
 #include "charts/chart_drawing.h"
+#include "services/text.h"
 #include "tests/charts/chart_test.h"
 #include "tests/charts/plain_chart.h"
 
@@ -166,9 +167,8 @@ class ChartPixels : public chart_tests::ChartTest {
             if (series.hasData) continue;
             for (int option = 1; option <= charts::lastMarkOption; ++option) {
                 if (!marks.has(value, static_cast<Option>(option))) continue;
-                services::Text text("Das Menü '"_l1);
-                text += charts::valueTexts(value)->label;
-                text += "' enthält keine Daten!"_l1;
+                const services::Text text = services::concatenate(
+                    "Das Menü '"_l1, charts::valueTexts(value)->label, "' enthält keine Daten!"_l1);
                 stand_ins::expectMessage("Fehler"_l1, text);
             }
         }
