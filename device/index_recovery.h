@@ -38,7 +38,8 @@ struct TakenUp {
 
 // Takes up what a command that was cut off has left: completes its renames as far as they can be,
 // makes the index what it was going to be, under the names that the files have, and removes the
-// copy. Leaves alone what another program is still at work on.
+// copy. Beside an index that the copy was not made for nothing is renamed (belongsTo). Leaves alone
+// what another program is still at work on.
 TakenUp takeUpCopy(services::PathView directory);
 
 // True when an index can be read in the directory, or a copy can stand in for it. A missing one is
