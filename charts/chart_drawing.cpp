@@ -6,12 +6,12 @@
 #include <vector>
 
 #include "charts/chart_frame.h"
+#include "charts/chart_layers.h"
 #include "charts/chart_options.h"
 #include "charts/chart_state.h"
 #include "charts/chart_texts.h"
 #include "charts/mark_geometry.h"
 #include "charts/mark_painting.h"
-#include "charts/mark_strips.h"
 #include "device/device_state.h"
 #include "services/menus.h"
 #include "services/numbers.h"

@@ -1,12 +1,10 @@
-// Many marks at once, column by column: which device rows of a few neighbouring device columns they
-// cover, by the pixel rules of raster.h, and these columns' pixels, which then go to the surface.
+// The pixels of a few neighbouring device columns, which then go to the surface.
 //
-// A strip is narrow, so that its masks and pixels stay in the processor's nearest caches. Columns
-// lie one after the other in memory, so that the rows of a bar or of a steep line are neighbours.
-// Positions are device pixels of the whole surface; what lies outside the strip is cut off.
+// A strip is narrow, so that its pixels stay in the processor's nearest caches. Columns lie one
+// after the other in memory, so that the rows of a bar or of a steep line are neighbours. Positions
+// are device pixels of the whole surface; what lies outside the strip is cut off.
 #pragma once
 
-#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <vector>
@@ -15,6 +13,8 @@
 #include "services/raster.h"
 
 namespace services {
+
+struct CoverMask;
 
 // Device columns from `first` up to but not including `end`, all rows.
 struct StripArea {
@@ -25,63 +25,23 @@ struct StripArea {
     int columns() const { return end - first; }
 };
 
-// One bit a pixel, 64 rows a word.
-struct CoverMask {
-    StripArea area;
-    std::size_t words = 0;  // of each column
-    std::vector<std::uint64_t> bits;
-
-    const std::uint64_t* column(int index) const {
-        return bits.data() + static_cast<std::size_t>(index) * words;
-    }
-};
-
-// Nothing is covered.
-void clearMask(CoverMask& mask, const StripArea& area);
-
-void coverBox(CoverMask& mask, const DeviceBox& box);
-
-// A line between the device positions of its ends; `thickness` is lineThickness of the surface.
-void coverLine(CoverMask& mask, std::int64_t x1, std::int64_t y1, std::int64_t x2, std::int64_t y2,
-               std::int64_t thickness);
-
-// All circles of one radius.
-struct CircleShape {
-    // By |2 * px + 1 - Cx|: the largest v with u^2 + v^2 <= R^2.
-    std::vector<std::int64_t> halfHeights;
-    // By the parity of Cx: two circles above each other whose Cy differ by at most so much have no
-    // uncovered pixel between them.
-    std::array<std::int64_t, 2> joint = {};
-};
-
-CircleShape circleShape(int radius, double pixelRatio);
-
-// The circles whose centre is Cx and any Cy that leaves no gap between the first and the last; in
-// half device pixels, as deviceMiddle gives them.
-void coverCircles(CoverMask& mask, const CircleShape& shape, std::int64_t middleX,
-                  std::int64_t firstMiddleY, std::int64_t lastMiddleY);
-
-// The same for many marks that begin in one column, at a pixel ratio of 1: bit k of `rows` stands
-// for the row k - 64, of a circle's centre or of the top of a square of this side.
-void coverCircleCrowd(CoverMask& mask, const CircleShape& shape, std::int64_t middleX,
-                      const std::vector<std::uint64_t>& rows);
-void coverBoxCrowd(CoverMask& mask, std::int64_t left, int side,
-                   const std::vector<std::uint64_t>& rows);
-
 // The pixels of a strip, column after column.
 struct StripPixels {
     StripArea area;
+    std::size_t stride = 0;  // pixels from one column to the next
     std::vector<std::uint32_t> pixels;
 
     std::uint32_t* column(int index) {
-        return pixels.data() +
-               static_cast<std::size_t>(index) * static_cast<std::size_t>(area.height);
+        return pixels.data() + static_cast<std::size_t>(index) * stride;
     }
     const std::uint32_t* column(int index) const {
-        return pixels.data() +
-               static_cast<std::size_t>(index) * static_cast<std::size_t>(area.height);
+        return pixels.data() + static_cast<std::size_t>(index) * stride;
     }
 };
+
+// So many pixels behind the last row of a column belong to it and to nobody: those who write
+// several pixels at once may write there.
+inline constexpr int stripRoom = 8;
 
 // All of one colour.
 void fillStrip(StripPixels& strip, const StripArea& area, Colour colour);
@@ -89,11 +49,9 @@ void fillStrip(StripPixels& strip, const StripArea& area, Colour colour);
 void fillStripBox(StripPixels& strip, const DeviceBox& box, Colour colour);
 void fillCovered(StripPixels& strip, const CoverMask& mask, Colour colour);
 
-// More blends with one colour change nothing any more.
-inline constexpr int mostBlends = 8;
-
-// As many blended boxes over each other: 0 to mostBlends. `halfPixel` is halfPixelOf the colour.
-void blendColumn(std::uint32_t* rows, std::size_t count, std::uint32_t halfPixel, int times);
+// Only what `covered` leaves, and covers it: for marks that come one behind the other.
+void fillUncovered(StripPixels& strip, const CoverMask& mask, CoverMask& covered, Colour colour);
+void fillUncoveredBox(StripPixels& strip, const DeviceBox& box, CoverMask& covered, Colour colour);
 
 // Between the strip and the surface: the rows from `top` up to but not including `bottom`.
 void storeStrip(Surface& surface, const StripPixels& strip, int top, int bottom);

@@ -1,4 +1,4 @@
-// A chart painted item by item and mark by mark, in the specified order, with nothing kept and
+// A chart painted item by item and mark by mark, in the order of the items, with nothing kept and
 // nothing joined: what the charts' own painter, which works quite differently, has to come to.
 #pragma once
 
