@@ -27,6 +27,7 @@ struct Chart {
     std::vector<Option> options;  // none: all of them
     int count;
     Course course;
+    double pixelRatio = 1;
 };
 
 void load(const Chart& chart) {
@@ -48,7 +49,7 @@ void load(const Chart& chart) {
 void redraw(benchmark::State& state, const Chart& chart) {
     load(chart);
     services::Surface surface;
-    services::resizeSurface(surface, imageWidth, imageHeight, 1.0);
+    services::resizeSurface(surface, imageWidth, imageHeight, chart.pixelRatio);
     while (state.KeepRunning()) {
         if (!charts::drawChart(chart.kind, surface)) state.SkipWithError("nothing drawn");
         benchmark::DoNotOptimize(surface.pixels.data());
@@ -84,6 +85,15 @@ const std::vector<Chart>& charted() {
     return charts;
 }
 
+// On sharp screens, where the image has more pixels.
+const std::vector<Chart>& sharp() {
+    static const std::vector<Chart> charts = {
+        {"22x7 7200 at 1.25", ChartKind::training, 22, {}, 7200, Course::ridden, 1.25},
+        {"22x7 7200 at 2", ChartKind::training, 22, {}, 7200, Course::ridden, 2},
+    };
+    return charts;
+}
+
 // How the cost grows with the samples and with the values.
 const std::vector<Chart>& scaled() {
     static const std::vector<Chart> charts = {
@@ -107,6 +117,10 @@ const bool registered = [] {
     for (const Chart& chart : charted()) {
         benchmark::RegisterBenchmark((std::string("toolkit/") + chart.name).c_str(),
                                      redrawWithToolkit, chart)
+            ->Unit(benchmark::kMillisecond);
+    }
+    for (const Chart& chart : sharp()) {
+        benchmark::RegisterBenchmark((std::string("sharp/") + chart.name).c_str(), redraw, chart)
             ->Unit(benchmark::kMillisecond);
     }
     for (const Chart& chart : scaled()) {
