@@ -286,7 +286,7 @@ void paintStrips(services::Surface& surface, const ChartLayers& layers) {
         .slots = slots,
         .columns = slotColumns(wantedColumns(layers), plot, slots, count, surface.width),
         .barRoom = barRoom(surface, layers, plot),
-        .points = stripPoints(plot, slots, count, ratio),
+        .points = stripPoints(surface, plot, slots, count),
         .clouds = std::vector<services::PointBits>(layers.values.size()),
         .masks = std::vector<services::CoverMask>(layers.values.size()),
     };

@@ -1,153 +1,198 @@
 #include "charts/strip_points.h"
 
 #include <algorithm>
-#include <cmath>
+#include <bit>
 
 #include "charts/mark_rows.h"
-#include "charts/row_chains.h"
 #include "services/numbers.h"
+#include "services/raster.h"
 
 namespace charts {
 namespace {
 
 using services::CoverMask;
+using services::deviceEdge;
 using services::deviceMiddle;
 using services::PointBits;
 
-StripCircles stripCircles(int radius, double ratio) {
-    StripCircles circles;
-    circles.shape = services::circleShape(radius, ratio);
-    circles.stamp = services::circleStamp(radius);
-    const double rounding = ratio == std::floor(ratio) ? 0 : 1;
-    for (std::size_t parity = 0; parity < circles.joint.size(); ++parity) {
-        const auto joint = static_cast<double>(circles.shape.joint[parity]);
-        circles.joint[parity] =
-            static_cast<int>(std::max(0.0, std::floor((joint - rounding) / (2 * ratio))));
+// A circle by its middle, which lies between two pixels or in the middle of one; a square by its
+// first pixel and by how many it has.
+MarkPlace placeOf(const StripMark& mark, std::int64_t logical, double ratio) {
+    if (mark.squareSide == 0) {
+        const std::int64_t middle = deviceMiddle(logical, ratio);
+        return {static_cast<std::int32_t>(middle >> 1), static_cast<std::uint32_t>(middle & 1)};
     }
-    return circles;
+    const std::int64_t edge = deviceEdge(logical, ratio);
+    const std::int64_t side = deviceEdge(logical + mark.squareSide, ratio) - edge;
+    const auto least = static_cast<std::int64_t>(mark.squareSide * ratio);
+    return {static_cast<std::int32_t>(edge), static_cast<std::uint32_t>(side - least)};
 }
 
-int jointOf(const StripCircles& circles, std::int64_t middleX) {
-    return circles.joint[static_cast<std::size_t>(middleX & 1)];
+services::PointStamp stampOf(const StripMark& mark, std::size_t column, std::size_t row,
+                             double ratio) {
+    const auto ofColumn = static_cast<int>(column);
+    const auto ofRow = static_cast<int>(row);
+    if (mark.squareSide == 0) return services::circleStamp(mark.circle, ofColumn, ofRow);
+    const auto least = static_cast<int>(mark.squareSide * ratio);
+    return services::boxStamp(least + ofColumn, least + ofRow);
 }
 
-std::uint64_t bitOf(std::size_t row) {
-    return std::uint64_t{1} << (row % 64);
-}
-
-// A row that was kept inside the plot, as the number of its bit. Clamped points of a low plot may
-// stand a little outside, above as well as below.
-std::size_t bitRow(int row) {
-    return static_cast<std::size_t>(std::int64_t{row} + PointBits::rowsAbove);
-}
-
-// Neighbouring samples mostly fall into one word, which is written once.
-void setPoints(std::uint64_t* words, std::size_t stride, const int* rows, std::size_t count) {
-    std::size_t word = 0;
-    std::uint64_t bits = 0;
-    for (std::size_t i = 0; i < count; ++i) {
-        if (rows[i] == noRow) continue;
-        const std::size_t row = bitRow(rows[i]);
-        if (row / 64 != word) {
-            words[word * stride] |= bits;
-            word = row / 64;
-            bits = 0;
+// Prepares a crowd of these marks.
+void makeStamps(StripMark& mark, int endRow, double ratio) {
+    for (std::size_t column = 0; column < markShapes; ++column) {
+        for (std::size_t row = 0; row < markShapes; ++row) {
+            services::PointStamp& stamp = mark.stamps[column][row];
+            stamp = stampOf(mark, column, row, ratio);
+            mark.left = std::max(mark.left, stamp.left);
+            mark.right = std::max(mark.right, stamp.right);
         }
-        bits |= bitOf(row);
     }
-    words[word * stride] |= bits;
+    for (int row = -PointBits::rowsAbove; row < endRow + PointBits::rowsAbove; ++row)
+        mark.rows.push_back(placeOf(mark, row, ratio));
+    mark.hasOneShape = std::all_of(mark.rows.begin(), mark.rows.end(), [&](const MarkPlace& row) {
+        return row.shape == mark.rows.front().shape;
+    });
 }
 
-void coverCrowd(CoverMask& mask, StripPoints& points, const services::PointStamp& stamp,
+// Collects the points of one column. Neighbouring samples mostly fall into one word, which is
+// written once.
+struct ColumnWriter {
+    PointBits& points;
+    std::uint64_t* column;
+    std::size_t word = 0;
+    std::uint64_t rows = 0;
+
+    void add(std::int32_t deviceRow) {
+        const auto row = static_cast<std::size_t>(std::int64_t{deviceRow} + PointBits::rowsAbove);
+        if (row / 64 != word) finish();
+        word = row / 64;
+        rows |= std::uint64_t{1} << (row % 64);
+    }
+    // Also what is too far above to have a number has no word: marks do not reach that far.
+    void finish() {
+        if (rows != 0 && word < points.words) points.add(column, word, rows);
+        rows = 0;
+    }
+};
+
+// The marks of one strip, column by column.
+struct Crowd {
+    StripPoints& points;
+    const StripMark& mark;
+    int first;  // device columns from which a mark touches the strip
+    int end;
+};
+
+Crowd beginCrowd(StripPoints& points, const StripMark& mark, const CoverMask& mask) {
+    const Crowd crowd = {points, mark, mask.area.first - mark.right, mask.area.end + mark.left};
+    for (auto& ofColumn : points.bits) {
+        for (PointBits& bits : ofColumn)
+            services::clearPoints(bits, crowd.first, crowd.end, mask.area.height);
+    }
+    return crowd;
+}
+
+// Calls addAll(add) with an add(logical row) that adds a mark in this logical column.
+template <typename AddAll>
+void addColumn(const Crowd& crowd, int column, AddAll addAll) {
+    const MarkPlace place = placeOf(crowd.mark, column, crowd.points.ratio);
+    if (place.pixel < crowd.first || place.pixel >= crowd.end) return;
+    // A few rows around the plot may be those of clamped points of a low one.
+    const MarkPlace* const rows = crowd.mark.rows.data() + PointBits::rowsAbove;
+    std::array<PointBits, markShapes>& bits = crowd.points.bits[place.shape];
+    if (crowd.mark.hasOneShape) {
+        PointBits& points = bits[rows->shape];
+        ColumnWriter writer = {points, points.column(place.pixel)};
+        addAll([rows, &writer](int row) { writer.add(rows[row].pixel); });
+        writer.finish();
+        return;
+    }
+    std::array<ColumnWriter, markShapes> writers = {
+        ColumnWriter{bits[0], bits[0].column(place.pixel)},
+        ColumnWriter{bits[1], bits[1].column(place.pixel)}};
+    addAll([rows, &writers](int row) { writers[rows[row].shape].add(rows[row].pixel); });
+    for (ColumnWriter& writer : writers)
+        writer.finish();
+}
+
+void coverCrowd(CoverMask& mask, const Crowd& crowd) {
+    for (std::size_t column = 0; column < markShapes; ++column) {
+        for (std::size_t row = 0; row < markShapes; ++row) {
+            services::coverStamps(mask, crowd.points.bits[column][row],
+                                  crowd.mark.stamps[column][row], crowd.points.room);
+        }
+    }
+}
+
+void coverMark(CoverMask& mask, const StripMark& mark, int x, int y, double ratio) {
+    if (mark.squareSide == 0) {
+        services::coverCircle(mask, mark.circle, deviceMiddle(x, ratio), deviceMiddle(y, ratio));
+    } else {
+        services::coverBox(mask,
+                           services::boxPixels(ratio, x, y, mark.squareSide, mark.squareSide));
+    }
+}
+
+void coverSlots(CoverMask& mask, StripPoints& points, const StripMark& mark,
                 const std::vector<SlotGroup>& columns, SlotRange groups, const StripRows& rows,
                 const std::vector<int>& rowsOfStyle) {
-    const int first = mask.area.first - stamp.right;
-    const int end = mask.area.end + stamp.left;
-    services::clearPoints(points.bits, first, end, points.endRow);
-    for (std::size_t g = groups.first; g < groups.end; ++g) {
-        const SlotGroup& group = columns[g];
-        if (group.x < first || group.x >= end) continue;
-        setPoints(points.bits.column(group.x), points.bits.stride, rows.of(rowsOfStyle, group),
-                  group.end - group.first);
-    }
-    services::coverStamps(mask, points.bits, stamp);
-}
-
-// The rows of a group of points. Many of them are sorted first, by setting their bits, so that each
-// place is covered once and most places join.
-template <typename Chain>
-void addRows(StripPoints& points, Chain& chain, const int* rows, std::size_t count) {
-    constexpr std::size_t many = 6;
-    if (count < many) {
-        for (std::size_t i = 0; i < count; ++i) {
-            if (rows[i] != noRow) chain.add(rows[i], rows[i]);
+    const auto forEachRow = [&](const SlotGroup& group, auto act) {
+        const int* const first = rows.of(rowsOfStyle, group);
+        for (const int* row = first; row < first + (group.end - group.first); ++row) {
+            if (*row != noRow) act(*row);
         }
-    } else {
-        std::vector<std::uint64_t>& words = points.rowBits;
-        setPoints(words.data(), 1, rows, count);
-        for (std::size_t word = 0; word < words.size(); ++word)
-            addBits(chain, words[word], word, -PointBits::rowsAbove);
-        std::fill(words.begin(), words.end(), 0);
+    };
+    if (!points.crowded) {
+        for (std::size_t g = groups.first; g < groups.end; ++g) {
+            forEachRow(columns[g],
+                       [&](int row) { coverMark(mask, mark, columns[g].x, row, points.ratio); });
+        }
+        return;
     }
-    chain.finish();
+    const Crowd crowd = beginCrowd(points, mark, mask);
+    for (std::size_t g = groups.first; g < groups.end; ++g)
+        addColumn(crowd, columns[g].x, [&](auto add) { forEachRow(columns[g], add); });
+    coverCrowd(mask, crowd);
 }
 
 }  // namespace
 
-StripPoints stripPoints(const Plot& plot, const Slots& slots, std::size_t count, double ratio) {
+StripPoints stripPoints(const services::Surface& surface, const Plot& plot, const Slots& slots,
+                        std::size_t count) {
     StripPoints points;
+    const double ratio = surface.pixelRatio;
     points.ratio = ratio;
     points.endRow = static_cast<int>(plot.bottom());
-    // Of many points the marks have their smallest size.
-    points.crowded = ratio == 1 && static_cast<double>(count) >= plot.width / 4;
-    points.squareSide = slots.squareSide();
-    points.circles = stripCircles(slots.circleDiameter() / 2, ratio);
-    points.cloudCircles = stripCircles(services::roundToInt32(CloudScale::radius), ratio);
-    points.square = services::boxStamp(points.squareSide);
-    points.rowBits.resize(
-        (static_cast<std::size_t>(points.endRow) + 2 * PointBits::rowsAbove) / 64 + 1);
+    points.circle.circle = services::circleShape(slots.circleDiameter() / 2, ratio);
+    points.square.squareSide = slots.squareSide();
+    points.cloudCircle.circle =
+        services::circleShape(services::roundToInt32(CloudScale::radius), ratio);
+    // Of many points the marks have their smallest size: then stamps reach less than a word.
+    constexpr double largestRatio = 4;
+    points.crowdsAreStamped = ratio <= largestRatio;
+    points.crowded = points.crowdsAreStamped && static_cast<double>(count) >= plot.width / 4;
+    if (points.crowded) {
+        makeStamps(points.circle, points.endRow, ratio);
+        makeStamps(points.square, points.endRow, ratio);
+    }
+    if (points.crowdsAreStamped) makeStamps(points.cloudCircle, points.endRow, ratio);
     return points;
 }
 
 void coverStripCircles(CoverMask& mask, StripPoints& points, const SlotColumns& columns,
                        SlotRange groups, const StripRows& rows) {
-    if (points.crowded) {
-        coverCrowd(mask, points, points.circles.stamp, columns.circles, groups, rows, rows.circle);
-        return;
-    }
-    for (std::size_t g = groups.first; g < groups.end; ++g) {
-        const SlotGroup& group = columns.circles[g];
-        const std::int64_t middleX = deviceMiddle(group.x, points.ratio);
-        RowChain chain(jointOf(points.circles, middleX), [&](int firstRow, int lastRow) {
-            services::coverCircles(mask, points.circles.shape, middleX,
-                                   deviceMiddle(firstRow, points.ratio),
-                                   deviceMiddle(lastRow, points.ratio));
-        });
-        addRows(points, chain, rows.of(rows.circle, group), group.end - group.first);
-    }
+    coverSlots(mask, points, points.circle, columns.circles, groups, rows, rows.circle);
 }
 
 void coverStripSquares(CoverMask& mask, StripPoints& points, const SlotColumns& columns,
                        SlotRange groups, const StripRows& rows) {
-    if (points.crowded) {
-        coverCrowd(mask, points, points.square, columns.squares, groups, rows, rows.square);
-        return;
-    }
-    const int side = points.squareSide;
-    for (std::size_t g = groups.first; g < groups.end; ++g) {
-        const SlotGroup& group = columns.squares[g];
-        RowChain chain(side, [&](int firstRow, int lastRow) {
-            services::coverBox(mask, services::boxPixels(points.ratio, group.x, firstRow, side,
-                                                         lastRow - firstRow + side));
-        });
-        addRows(points, chain, rows.of(rows.square, group), group.end - group.first);
-    }
+    coverSlots(mask, points, points.square, columns.squares, groups, rows, rows.square);
 }
 
 PointBits collectCloud(const StripPoints& points, const Plot& plot, const ValueSeries& series) {
     const CloudScale places(plot);
     const Scale scale(series);
-    // A little around the square, which clamped points may reach, and a strip may ask for.
+    // A little around the square, which clamped points may reach.
     constexpr int room = 8;
     PointBits cloud;
     services::clearPoints(cloud, static_cast<int>(places.left) - room,
@@ -157,20 +202,19 @@ PointBits collectCloud(const StripPoints& points, const Plot& plot, const ValueS
     // In blocks that stay in the first cache. The last value of a block is the first one's
     // predecessor in the next.
     constexpr std::size_t block = 1024;
-    std::vector<double> along;
+    std::vector<double> along(block);
     std::vector<int> x(block);
     std::vector<int> y(block);
     int previousY = noRow;
     for (std::size_t start = 0; start < series.values.size(); start += block) {
         const std::size_t count = std::min(block, series.values.size() - start);
-        along.resize(count);
         computeAlong(scale, places.side, series.values.data() + start, count, along.data());
         computeRows(cloudColumnRule(places), along.data(), count, x.data());
         computeRows(cloudRowRule(places), along.data(), count, y.data());
         for (std::size_t i = 0; i < count; ++i) {
             if (x[i] != noRow && previousY != noRow) {
-                const std::size_t row = bitRow(previousY);
-                cloud.column(x[i])[row / 64 * cloud.stride] |= bitOf(row);
+                const auto row = static_cast<std::size_t>(previousY + PointBits::rowsAbove);
+                cloud.add(cloud.column(x[i]), row / 64, std::uint64_t{1} << (row % 64));
             }
             previousY = y[i];
         }
@@ -178,26 +222,35 @@ PointBits collectCloud(const StripPoints& points, const Plot& plot, const ValueS
     return cloud;
 }
 
-void coverStripCloud(CoverMask& mask, const StripPoints& points, const PointBits& cloud,
-                     int firstColumn, int endColumn) {
+void coverStripCloud(CoverMask& mask, StripPoints& points, const PointBits& cloud, int firstColumn,
+                     int endColumn) {
+    const StripMark& mark = points.cloudCircle;
     if (points.ratio == 1) {
-        services::coverStamps(mask, cloud, points.cloudCircles.stamp);
+        // A circle's middle is the middle of its pixel.
+        services::coverStamps(mask, cloud, mark.stamps[1][1], points.room);
         return;
     }
-    constexpr int reach = 3;
+    const int reach = services::roundToInt32(CloudScale::radius) + 1;
     const int first = std::max(firstColumn - reach, cloud.firstColumn);
     const int end = std::min(endColumn + reach, cloud.firstColumn + cloud.columns);
-    for (int column = first; column < end; ++column) {
-        const std::int64_t middleX = deviceMiddle(column, points.ratio);
-        RowChain chain(jointOf(points.cloudCircles, middleX), [&](int firstRow, int lastRow) {
-            services::coverCircles(mask, points.cloudCircles.shape, middleX,
-                                   deviceMiddle(firstRow, points.ratio),
-                                   deviceMiddle(lastRow, points.ratio));
-        });
-        for (std::size_t word = 0; word < cloud.words; ++word)
-            addBits(chain, cloud.column(column)[word * cloud.stride], word, -PointBits::rowsAbove);
-        chain.finish();
+    const auto forEachRow = [&cloud](int column, auto act) {
+        for (std::size_t word = cloud.firstWord; word < cloud.endWord; ++word) {
+            const std::uint64_t rows = cloud.column(column)[word * cloud.stride];
+            for (std::uint64_t left = rows; left != 0; left &= left - 1) {
+                act(static_cast<int>(word * 64) + std::countr_zero(left) - PointBits::rowsAbove);
+            }
+        }
+    };
+    if (!points.crowdsAreStamped) {
+        for (int column = first; column < end; ++column) {
+            forEachRow(column, [&](int row) { coverMark(mask, mark, column, row, points.ratio); });
+        }
+        return;
     }
+    const Crowd crowd = beginCrowd(points, mark, mask);
+    for (int column = first; column < end; ++column)
+        addColumn(crowd, column, [&](auto add) { forEachRow(column, add); });
+    coverCrowd(mask, crowd);
 }
 
 }  // namespace charts

@@ -15,41 +15,55 @@
 
 namespace charts {
 
-// Circles of one radius, as points of a chart.
-struct StripCircles {
-    services::CircleShape shape;
-    services::PointStamp stamp;
-    // By the parity of a circle's middle: how many rows apart two circles may stand without a gap.
-    std::array<int, 2> joint = {};
+// A device pixel that stands for the place of a mark, and which of the mark's shapes begins there:
+// where the pixel ratio is not a whole number, equal marks differ by how their edges are rounded.
+struct MarkPlace {
+    std::int32_t pixel = 0;
+    std::uint32_t shape = 0;
+};
+
+inline constexpr std::size_t markShapes = 2;  // along each axis
+
+// Equal marks of a chart: circles of one radius, or squares of one side.
+struct StripMark {
+    int squareSide = 0;  // 0: a circle
+    services::CircleShape circle;
+    // By the shapes of column and row. Only for crowds.
+    std::array<std::array<services::PointStamp, markShapes>, markShapes> stamps;
+    std::vector<MarkPlace> rows;  // by logical row from -PointBits::rowsAbove on
+    bool hasOneShape = false;     // all of these rows
+    int left = 0;  // how many device columns the stamps reach to the left and to the right
+    int right = 0;
 };
 
 // The same for all values and strips of a drawing, but for the room to work in.
 struct StripPoints {
     double ratio = 1;
-    int endRow = 0;        // of the plot
-    bool crowded = false;  // at about a point in each column or more
-    int squareSide = 0;
-    StripCircles circles;
-    StripCircles cloudCircles;
-    services::PointStamp square;
+    int endRow = 0;                // of the plot
+    bool crowdsAreStamped = true;  // not at extreme pixel ratios
+    bool crowded = false;          // slots: one in a few columns, or more
+    StripMark circle;
+    StripMark square;
+    StripMark cloudCircle;
 
-    services::PointBits bits;
-    std::vector<std::uint64_t> rowBits;  // of one column, all 0 between uses
+    std::array<std::array<services::PointBits, markShapes>, markShapes> bits;
+    services::StampRoom room;
 };
 
-StripPoints stripPoints(const Plot& plot, const Slots& slots, std::size_t count, double ratio);
+StripPoints stripPoints(const services::Surface& surface, const Plot& plot, const Slots& slots,
+                        std::size_t count);
 
 void coverStripCircles(services::CoverMask& mask, StripPoints& points, const SlotColumns& columns,
                        SlotRange groups, const StripRows& rows);
 void coverStripSquares(services::CoverMask& mask, StripPoints& points, const SlotColumns& columns,
                        SlotRange groups, const StripRows& rows);
 
-// All points of a value's cloud, joined where they fall on each other.
+// All points of a value's cloud in logical pixels, joined where they fall on each other.
 services::PointBits collectCloud(const StripPoints& points, const Plot& plot,
                                  const ValueSeries& series);
 
 // The strip has the logical columns from firstColumn to endColumn.
-void coverStripCloud(services::CoverMask& mask, const StripPoints& points,
+void coverStripCloud(services::CoverMask& mask, StripPoints& points,
                      const services::PointBits& cloud, int firstColumn, int endColumn);
 
 }  // namespace charts

@@ -166,17 +166,11 @@ CircleShape circleShape(int radius, double pixelRatio) {
     const std::int64_t reach = rootOf(square);
     for (std::int64_t u = 0; u <= reach; ++u)
         shape.halfHeights.push_back(rootOf(square - u * u));
-    for (std::int64_t parity = 0; parity < 2; ++parity) {
-        // The outermost column is the lowest one; 2 * px + 1 - Cx is even where Cx is odd.
-        const std::int64_t outermost = reach - (reach + parity + 1) % 2;
-        shape.joint[static_cast<std::size_t>(parity)] =
-            outermost < 0 ? 0 : 2 * shape.halfHeights[static_cast<std::size_t>(outermost)];
-    }
     return shape;
 }
 
-void coverCircles(CoverMask& mask, const CircleShape& shape, std::int64_t middleX,
-                  std::int64_t firstMiddleY, std::int64_t lastMiddleY) {
+void coverCircle(CoverMask& mask, const CircleShape& shape, std::int64_t middleX,
+                 std::int64_t middleY) {
     const auto reach = static_cast<std::int64_t>(shape.halfHeights.size()) - 1;
     // Arithmetic shifts: quotients rounded down, for negative numbers as well.
     const std::int64_t first = std::max<std::int64_t>((middleX - reach) >> 1, mask.area.first);
@@ -185,8 +179,7 @@ void coverCircles(CoverMask& mask, const CircleShape& shape, std::int64_t middle
     for (std::int64_t x = first; x < end; ++x) {
         const auto u = static_cast<std::size_t>(std::abs(2 * x + 1 - middleX));
         const std::int64_t halfHeight = shape.halfHeights[u];
-        coverRows(mask, x, (firstMiddleY - halfHeight) >> 1,
-                  ((lastMiddleY + halfHeight - 1) >> 1) + 1);
+        coverRows(mask, x, (middleY - halfHeight) >> 1, ((middleY + halfHeight - 1) >> 1) + 1);
     }
 }
 

@@ -4,7 +4,6 @@
 // Positions are device pixels of the whole surface; what lies outside the area is cut off.
 #pragma once
 
-#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <vector>
@@ -47,16 +46,12 @@ void coverLine(CoverMask& mask, std::int64_t x1, std::int64_t y1, std::int64_t x
 struct CircleShape {
     // By |2 * px + 1 - Cx|: the largest v with u^2 + v^2 <= R^2.
     std::vector<std::int64_t> halfHeights;
-    // By the parity of Cx: two circles above each other whose Cy differ by at most so much have no
-    // uncovered pixel between them.
-    std::array<std::int64_t, 2> joint = {};
 };
 
 CircleShape circleShape(int radius, double pixelRatio);
 
-// The circles whose centre is Cx and any Cy that leaves no gap between the first and the last; in
-// half device pixels, as deviceMiddle gives them.
-void coverCircles(CoverMask& mask, const CircleShape& shape, std::int64_t middleX,
-                  std::int64_t firstMiddleY, std::int64_t lastMiddleY);
+// The circle whose centre is Cx and Cy, in half device pixels, as deviceMiddle gives them.
+void coverCircle(CoverMask& mask, const CircleShape& shape, std::int64_t middleX,
+                 std::int64_t middleY);
 
 }  // namespace services

@@ -77,27 +77,67 @@ struct Stamp {
     void (*paint)(Surface& surface, int x, int y);
 };
 
+// At a pixel ratio of 1 the middle of a circle is that of a pixel.
+services::PointStamp circleStamp(int radius) {
+    return services::circleStamp(services::circleShape(radius, 1), 1, 1);
+}
+
 std::vector<Stamp> stamps() {
-    return {{services::circleStamp(4),
+    return {{circleStamp(4),
              [](Surface& s, int x, int y) { reference_painter::fillCircle(s, x, y, 4, red); }},
-            {services::circleStamp(2),
+            {circleStamp(2),
              [](Surface& s, int x, int y) { reference_painter::fillCircle(s, x, y, 2, red); }},
-            {services::circleStamp(0),
+            {circleStamp(0),
              [](Surface& s, int x, int y) { reference_painter::fillCircle(s, x, y, 0, red); }},
-            {services::boxStamp(6),
+            {services::boxStamp(6, 6),
              [](Surface& s, int x, int y) { reference_painter::fillBox(s, x, y, 6, 6, red); }},
-            {services::boxStamp(1),
+            {services::boxStamp(7, 3),
+             [](Surface& s, int x, int y) { reference_painter::fillBox(s, x, y, 7, 3, red); }},
+            {services::boxStamp(1, 1),
              [](Surface& s, int x, int y) { reference_painter::fillBox(s, x, y, 1, 1, red); }}};
+}
+
+// The four shapes that circles of one radius have, against the circle as its rows and columns are
+// asked for.
+TEST(RasterStrip, EveryShapeOfACircleHasAStamp) {
+    services::StampRoom room;
+    for (const double ratio : {1.0, 1.25, 1.5, 2.0, 2.75}) {
+        for (const int radius : {0, 1, 2, 4, 7}) {
+            const services::CircleShape shape = services::circleShape(radius, ratio);
+            for (int middleX = 40; middleX < 42; ++middleX) {
+                for (int middleY = 60; middleY < 62; ++middleY) {
+                    const StripArea area = {0, 50, 70};
+                    CoverMask circle;
+                    services::clearMask(circle, area);
+                    services::coverCircle(circle, shape, middleX, middleY);
+
+                    services::PointBits points;
+                    services::clearPoints(points, -30, 80, area.height);
+                    const auto row = static_cast<std::size_t>(middleY / 2 + 64);
+                    points.add(points.column(middleX / 2), row / 64,
+                               std::uint64_t{1} << (row % 64));
+                    CoverMask stamp;
+                    services::clearMask(stamp, area);
+                    services::coverStamps(stamp, points,
+                                          services::circleStamp(shape, middleX % 2, middleY % 2),
+                                          room);
+                    EXPECT_EQ(stamp.bits, circle.bits) << "radius " << radius << " at " << ratio
+                                                       << ", middle " << middleX << ", " << middleY;
+                }
+            }
+        }
+    }
 }
 
 TEST(RasterStrip, StampsCoverWhatTheirMarksPaint) {
     Dice dice(5);
+    services::PointBits points;  // used again and again, at all sizes
+    services::StampRoom room;
     for (const int height : heights) {
         for (const Stamp& stamp : stamps()) {
             for (const int number : {0, 1, 7, 300}) {
                 const Surface before = whiteSurface(40, height);
                 const StripArea area = {10, 10 + dice.between(1, 30), height};
-                services::PointBits points;
                 const int firstColumn = dice.between(-12, 30);
                 const int endColumn = firstColumn + dice.between(1, 40);
                 services::clearPoints(points, firstColumn, endColumn, height);
@@ -106,12 +146,12 @@ TEST(RasterStrip, StampsCoverWhatTheirMarksPaint) {
                     const int x = dice.between(firstColumn, endColumn - 1);
                     const int y = dice.between(-20, height + 20);
                     const auto row = static_cast<std::size_t>(y + services::PointBits::rowsAbove);
-                    points.column(x)[row / 64 * points.stride] |= std::uint64_t{1} << (row % 64);
+                    points.add(points.column(x), row / 64, std::uint64_t{1} << (row % 64));
                     stamp.paint(painted, x, y);
                 }
                 CoverMask mask;
                 services::clearMask(mask, area);
-                services::coverStamps(mask, points, stamp.stamp);
+                services::coverStamps(mask, points, stamp.stamp, room);
                 StripPixels strip = whiteStrip(area);
                 services::fillCovered(strip, mask, red);
                 ASSERT_NO_FATAL_FAILURE(expectStrip(before, painted, strip))
@@ -143,9 +183,8 @@ TEST(RasterStrip, LinesBoxesAndCirclesCoverWhatTheyPaint) {
             services::coverBox(mask, services::boxPixels(1, x2, y1, side, side));
             const int radius = dice.between(0, 12);
             reference_painter::fillCircle(painted, x1, y2, radius, red);
-            services::coverCircles(mask, services::circleShape(radius, 1),
-                                   services::deviceMiddle(x1, 1), services::deviceMiddle(y2, 1),
-                                   services::deviceMiddle(y2, 1));
+            services::coverCircle(mask, services::circleShape(radius, 1),
+                                  services::deviceMiddle(x1, 1), services::deviceMiddle(y2, 1));
         }
         StripPixels strip = whiteStrip(area);
         services::fillCovered(strip, mask, red);
