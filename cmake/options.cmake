@@ -20,6 +20,12 @@ if(KURBELBUCH_SANITIZE)
   target_compile_options(kurbelbuch_options INTERFACE ${sanitizers} -O1 -D_GLIBCXX_ASSERTIONS)
   target_link_options(kurbelbuch_options INTERFACE ${sanitizers})
 endif()
+if(KURBELBUCH_COVERAGE)
+  # Without optimisation every branch of the source is one of the program. Atomic, because the tests
+  # of interrupted work fork.
+  target_compile_options(kurbelbuch_options INTERFACE --coverage -fprofile-update=atomic -O0)
+  target_link_options(kurbelbuch_options INTERFACE --coverage)
+endif()
 
 # What users get is hardened, and the same wherever it was built.
 if(CMAKE_SYSTEM_NAME STREQUAL Linux)

@@ -234,7 +234,7 @@ class CommandFaults : public stand_ins::StandInTest {
                 fault_injector::arm(fault);
                 run();
                 fault_injector::disarm();
-                _exit(0);
+                fault_injector::leaveProcess(0);
             }
             int status = 0;
             ASSERT_EQ(waitpid(child, &status, 0), child);

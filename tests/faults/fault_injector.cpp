@@ -3,6 +3,7 @@
 #include <dirent.h>
 #include <dlfcn.h>
 #include <fcntl.h>
+#include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -11,6 +12,12 @@
 #include <cstdio>
 #include <cstring>
 #include <type_traits>
+
+#ifdef FAULT_TESTS_COUNT_COVERAGE
+extern "C" {
+#include <gcov.h>
+}
+#endif
 
 namespace fault_injector {
 
@@ -27,15 +34,19 @@ struct Injector {
 
 Injector injector;
 
+bool isFor(const Fault& fault, std::string_view name) {
+    return fault.names[0].empty() || name == fault.names[0] || name == fault.names[1];
+}
+
 // What the next call is to do instead of its work.
 FaultKind nextCall(const char* name) {
-    if (!injector.armed) return FaultKind::none;
+    if (!injector.armed || !isFor(injector.fault, name)) return FaultKind::none;
     const int call = injector.calls++;
     if (call < nameLimit) injector.names[call] = name;
     const Fault& fault = injector.fault;
     if (fault.kind == FaultKind::none || call < fault.at || (call > fault.at && !fault.goesOn))
         return FaultKind::none;
-    if (fault.kind == FaultKind::kill) _exit(killedStatus);
+    if (fault.kind == FaultKind::kill) leaveProcess(killedStatus);
     return fault.kind;
 }
 
@@ -70,6 +81,14 @@ void arm(const Fault& fault) {
 int disarm() {
     injector.armed = false;
     return injector.calls;
+}
+
+void leaveProcess(int status) {
+    injector.armed = false;
+#ifdef FAULT_TESTS_COUNT_COVERAGE
+    __gcov_dump();
+#endif
+    _exit(status);
 }
 
 const char* nameOfCall(int at) {
@@ -128,7 +147,7 @@ ssize_t write(int descriptor, const void* bytes, size_t count) {
     if ((kind == FaultKind::shorten || kind == FaultKind::killMidway) && count > 1) count /= 2;
     const ssize_t written =
         real<ssize_t(int, const void*, size_t)>("write")(descriptor, bytes, count);
-    if (kind == FaultKind::killMidway) _exit(fault_injector::killedStatus);
+    if (kind == FaultKind::killMidway) fault_injector::leaveProcess(fault_injector::killedStatus);
     return written;
 }
 
@@ -202,6 +221,10 @@ int chdir(const char* path) noexcept {
 
 char* getcwd(char* buffer, size_t size) noexcept {
     return callOrFail<char*(char*, size_t)>("getcwd", buffer, size);
+}
+
+int flock(int descriptor, int operation) noexcept {
+    return callOrFail<int(int, int)>("flock", descriptor, operation);
 }
 
 DIR* opendir(const char* path) {

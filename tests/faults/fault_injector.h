@@ -1,9 +1,13 @@
 // System calls that fail on demand. Linked into a program, its definitions of the C library's file
 // functions take the place of the real ones, for the standard library's callers as well.
 //
-// While armed every call is counted from 0. The one of the fault's number (and all later ones, when
-// it goes on) does what the fault says instead of its work.
+// While armed every call is counted from 0, or every call of the names that the fault is for. The
+// one of the fault's number (and all later ones, when it goes on) does what the fault says instead
+// of its work.
 #pragma once
+
+#include <array>
+#include <string_view>
 
 namespace fault_injector {
 
@@ -20,6 +24,8 @@ struct Fault {
     int at = 0;
     int error = 0;
     bool goesOn = false;
+    // C functions that fail, as {"link", "rename"}; without names all of them.
+    std::array<std::string_view, 2> names = {};
 };
 
 // The exit status of a process that a fault has killed.
@@ -29,6 +35,10 @@ void arm(const Fault& fault);
 
 // Ends counting and faults. The number of calls since arming.
 int disarm();
+
+// Ends the process as a kill does, nothing unwound or flushed; only a build that counts what is run
+// keeps its counts.
+[[noreturn]] void leaveProcess(int status);
 
 // The name of the C function that was call number `at` since arming.
 const char* nameOfCall(int at);
