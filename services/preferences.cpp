@@ -118,7 +118,6 @@ void removeLeftovers(PathView path) {
 // A new empty file, opened for writing. A leftover of that name from a run that was cut off is
 // removed.
 int createTemporaryFile(PathView path) {
-    if (!isUsablePath(path)) return noDescriptor;
     const Path temporary = temporaryPath(path);
     deleteFile(temporary);
     return openRegularFile(temporary, O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW);

@@ -104,6 +104,18 @@ TEST_F(Renumbering, TheTableIsSortedByDateFirst) {
     EXPECT_EQ(bytesOf(nameOf(2)), contentOf(nameOf(4)));
 }
 
+// No card gives such a name to the table; if one ever did, it would lead to another directory.
+TEST_F(Renumbering, ANameThatIsNoTrainingsIsNotRenamed) {
+    useCard({recordOf(1, 1), recordOf(5, 2), recordOf(9, 3)});
+    fs::create_directory("5");
+    writeBytes("precious", "precious");
+    device::state.dictionary[1].fileName = "5/../precious";
+    renumberAndClose();
+    EXPECT_EQ(bytesOf("precious"), "precious");
+    EXPECT_FALSE(fs::exists(nameOf(2)));
+    EXPECT_EQ(bytesOf(nameOf(3)), contentOf(nameOf(9)));
+}
+
 TEST_F(Renumbering, UpperCaseNamesAboveTheirTurnBecomeLowerCase) {
     useCard({recordOf(0x9, 1), recordOf(0xA, 2), recordOf(0xAB, 3)});
     auto& records = device::state.dictionary;

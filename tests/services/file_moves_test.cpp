@@ -101,6 +101,23 @@ TEST_F(FileMoves, AFileIsNotRenamedToItself) {
     EXPECT_EQ(read("from"), "content");
 }
 
+TEST_F(FileMoves, FilesOfTwoFileSystemsAreNeverTakenForOne) {
+    struct stat here = {};
+    struct stat there = {};
+    if (stat(".", &here) != 0 || stat("/dev/shm", &there) != 0 || here.st_dev == there.st_dev)
+        GTEST_SKIP() << "no second file system here";
+    const fs::path elsewhere = fs::path("/dev/shm") / directory.filename();
+    fs::create_directory(elsewhere);
+    write("from", "content");
+    write(elsewhere / "to", "content");
+    fs::create_hard_link("from", "from again");
+    fs::create_hard_link(elsewhere / "to", elsewhere / "to again");
+    EXPECT_EQ(services::renameByLinking("from", (elsewhere / "to").string()), Renaming::failed);
+    EXPECT_TRUE(fs::exists("from"));
+    EXPECT_TRUE(fs::exists(elsewhere / "to"));
+    fs::remove_all(elsewhere);
+}
+
 TEST_F(FileMoves, AMissingFileOrAnUnusablePathCanNotBeRenamed) {
     EXPECT_FALSE(services::renameFile("missing", "to"));
     write("from", "content");
@@ -206,6 +223,16 @@ TEST_F(FileMoves, ASourceThatCanNotBeReadToItsEndIsNoCopy) {
 TEST_F(FileMoves, AMissingTargetDirectoryLeavesNothingBehind) {
     write("from", "content");
     EXPECT_FALSE(services::copyFile("from", "missing/to", "missing/to.part"));
+    EXPECT_EQ(names(), std::set<std::string>{"from"});
+}
+
+TEST_F(FileMoves, UnusablePathsLeaveNothingBehind) {
+    write("from", "content");
+    for (const services::PathView path : {services::PathView(""), services::PathView("to\0x", 4)}) {
+        EXPECT_FALSE(services::copyFile("from", path, "to.part"));
+        EXPECT_FALSE(services::copyFile("from", "to", path));
+        EXPECT_FALSE(services::copyFile(path, "to", "to.part"));
+    }
     EXPECT_EQ(names(), std::set<std::string>{"from"});
 }
 

@@ -206,6 +206,20 @@ TEST_F(PreferenceFiles, WhatSavesHaveLeftThatWereCutOffIsRemoved) {
               std::set<std::string>(left.begin(), left.end()));
 }
 
+// Behind the name stands what no process ever had for a number.
+TEST_F(PreferenceFiles, AFileOfNoProcessIsNobodysLeftover) {
+    const std::set<std::string> others = {"settings.neu-0", "settings.neu-2147483648",
+                                          "settings.neu-99999999999999999999", "settings.neu--5"};
+    for (const std::string& name : others)
+        makeFile(name, "");
+    Preferences preferences;
+    ASSERT_TRUE(createPreferences(preferences, "settings"));
+    EXPECT_TRUE(closePreferences(preferences));
+    std::filesystem::remove("settings");
+    const std::vector<std::string> left = names();
+    EXPECT_EQ(others, std::set<std::string>(left.begin(), left.end()));
+}
+
 TEST_F(PreferenceFiles, ClosingReleasesEverything) {
     Preferences preferences;
     ASSERT_TRUE(createPreferences(preferences, "settings"));
