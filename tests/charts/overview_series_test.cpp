@@ -72,6 +72,14 @@ TEST(OverviewSeries, FollowsItsRulesForMinimumMaximumMeanAndLimits) {
          0,
          {-5, -5}},
         {"only zeros", {0, 0}, {}, false, 0, 0, 0, {0, 0}},
+        {"fractions between 0 and 1 are values like others",
+         {0.5F, 2, 0.25F},
+         {},
+         true,
+         0.25F,
+         2,
+         2.75F / 3.0F,
+         {0.5F, 2, 0.25F}},
         {"lower limit raises", {3, 5, 6}, {4, 0}, true, 4, 6, 5, {4, 5, 6}},
         {"lower limit below the data widens", {3, 5, 7}, {1, 0}, true, 1, 7, 5, {3, 5, 7}},
         {"upper limit lowers", {3, 5, 10}, {0, 7}, true, 3, 7, 5, {3, 5, 7}},
@@ -223,6 +231,41 @@ TEST(OverviewSeries, UnknownNumbersHaveNoData) {
         EXPECT_FALSE(series.hasData);
         EXPECT_TRUE(series.values.empty());
     }
+}
+
+TEST(OverviewSeries, EveryNumberHasTheValuesOfItsOwnSource) {
+    device::DictionaryRecord record = chart_tests::recordOfWatt(200);
+    record.pulse = 130;
+    record.rpm = 85;
+    record.unknown1 = 4.5F;
+    record.speed = 25;
+    record.kJoulePerMinute = 8;
+    record.distance = 12;
+    record.maxSpeed = 40;
+    record.unknown2 = 12;
+    record.maxRpm = 110;
+    record.unknown3 = 14;
+    record.maxKJoulePerMinute = 15;
+    record.kJoule = 500;
+    record.unknown4 = 17;
+    record.unknown5 = 18;
+    record.unknown6 = 19;
+    for (const charts::OverviewValue& value : charts::overviewValues()) {
+        SCOPED_TRACE(value.number);
+        ValueSeries series;
+        computeOverviewSeries(value.number, std::vector{record}, {}, series);
+        EXPECT_TRUE(series.hasData);
+        EXPECT_EQ(series.values, std::vector{value.source(record)});
+    }
+}
+
+// Drawing computes one value after the other, of a hundred thousand samples perhaps.
+TEST(OverviewSeries, TheRoomOfAnEarlierComputationIsUsedAgain) {
+    ValueSeries series;
+    computeOverviewSeries(wattValue, recordsOfWatt({5, 3, 1}), {}, series);
+    const float* const room = series.values.data();
+    computeOverviewSeries(wattValue, recordsOfWatt({7, 9}), {}, series);
+    EXPECT_EQ(series.values.data(), room);
 }
 
 TEST(OverviewSeries, NothingOfAnEarlierComputationRemains) {

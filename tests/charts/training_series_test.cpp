@@ -51,6 +51,14 @@ TEST(TrainingSeries, FollowsItsRulesForMinimumMaximumMeanAndLimits) {
          {3, 3, 4}},
         {"only negatives", {-5, -2}, {}, false, 0, 0, 0, {0, 0}},
         {"only zeros", {0, 0}, {}, false, 0, 0, 0, {0, 0}},
+        {"fractions between 0 and 1 are values like others",
+         {0.5F, 0.75F, 0.625F},
+         {},
+         true,
+         0.5F,
+         0.75F,
+         0.625F,
+         {0.5F, 0.75F, 0.625F}},
         {"lower limit raises", {3, 5, 6}, {4, 0}, true, 4, 6, 5, {4, 5, 6}},
         {"upper limit lowers", {3, 5, 10}, {0, 7}, true, 3, 7, 5, {3, 5, 7}},
         {"both limits", {1, 5, 10}, {2, 8}, true, 2, 8, 5, {2, 5, 8}},
@@ -129,6 +137,36 @@ TEST(TrainingSeries, TheRatioOfRpmToPulseIsTenTimesTheShownOne) {
     ValueSeries series;
     computeTrainingSeries(52, std::vector{sample}, {}, series);
     EXPECT_FLOAT_EQ(series.maximum, 7.0833335F);
+}
+
+TEST(TrainingSeries, EveryNumberHasTheValuesOfItsOwnSource) {
+    device::TrainingSample sample;
+    sample.distance = 1500;
+    sample.kJoule = 20;
+    sample.slope = 25;
+    sample.torque = 300;
+    sample.rpm = 850;
+    sample.speed = 251;
+    sample.watt = 200;
+    sample.gear = 7;
+    sample.deviceActive = 1;
+    sample.pulse = 130;
+    sample.pulseTime1 = 1001;
+    sample.pulseTime2 = 1002;
+    sample.pulseTime3 = 1003;
+    sample.pulseTime4 = 1004;
+    sample.pulseTime5 = 1005;
+    sample.pulseTime6 = 1006;
+    sample.trainingType = 3;
+    sample.pulseType = 2;
+    sample.trainingValue = 0.5F;
+    for (const charts::TrainingValue& value : charts::trainingValues()) {
+        SCOPED_TRACE(value.number);
+        ValueSeries series;
+        computeTrainingSeries(value.number, std::vector{sample}, {}, series);
+        EXPECT_TRUE(series.hasData);
+        EXPECT_EQ(series.values, std::vector{value.source(sample)});
+    }
 }
 
 TEST(TrainingSeries, UnknownNumbersHaveNoData) {

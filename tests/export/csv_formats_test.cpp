@@ -11,6 +11,9 @@
 
 namespace {
 
+using exporting::AsStored;
+using exporting::DateAndTime;
+using exporting::Duration;
 using exporting::Fixed;
 using exporting::Integer;
 using exporting::RoundedInteger;
@@ -86,6 +89,37 @@ TEST(CsvFormats, FixedTextOfTheLargestNumbersIsExact) {
     EXPECT_EQ(written<Whole>(9007198717870080.0F), "9007198717870080");
     EXPECT_EQ(written<ThreeComma>(9007199682560.0F), "9007199682560,000");
     EXPECT_EQ(written<ThreeComma>(9007198633984.0F), "9007198633984,000");
+}
+
+// The caller makes room by what is told.
+template <typename Format, typename Value>
+void expectRoom(Value value) {
+    const std::size_t room = Format::longest(value);
+    std::string buffer(room + 64, '?');
+    const char* const end = Format::write(buffer.data(), value);
+    EXPECT_LE(end, buffer.data() + room) << buffer;
+    EXPECT_EQ(buffer.substr(room), std::string(64, '?'));
+}
+
+TEST(CsvFormats, NothingIsWrittenBeyondWhatIsToldBefore) {
+    for (const std::int64_t value :
+         {std::int64_t{0}, std::int64_t{999}, std::int64_t{1000}, std::int64_t{999'999},
+          std::numeric_limits<std::int64_t>::min(), std::numeric_limits<std::int64_t>::max()}) {
+        expectRoom<Integer>(value);
+    }
+    for (const float value : {0.0F, -1.0F, largest, -largest, smallest, infinity, notANumber}) {
+        expectRoom<RoundedInteger>(value);
+        expectRoom<Whole>(value);
+        expectRoom<ThreeComma>(value);
+        expectRoom<Hundredths>(value);
+    }
+    for (const std::int32_t value : {0, 3725, std::numeric_limits<std::int32_t>::min(),
+                                     std::numeric_limits<std::int32_t>::max()}) {
+        expectRoom<DateAndTime>(value);
+        expectRoom<Duration>(value);
+    }
+    for (const services::TextView value : {services::TextView(), services::TextView("Berg")})
+        expectRoom<AsStored>(value);
 }
 
 TEST(CsvFormats, QuotientsAreFormedInSinglePrecision) {
