@@ -1,12 +1,13 @@
 """The program as its user meets it: menus, windows, message boxes, requesters, the chart."""
 
 import os
+import shlex
 import signal
 import subprocess
 
 import accessible
 from chart import Chart, NoChart
-from waiting import wait_until, wait_until_steady
+from waiting import SLOWNESS, wait_until, wait_until_steady
 
 TITLE = "Kurbelbuch"
 
@@ -16,7 +17,9 @@ class Program:
 
     def __init__(self, desktop, executable, directory):
         self.desktop = desktop
-        self.process = desktop.run("program", [executable], cwd=directory)
+        # What the program is run by, as a tool that watches its memory.
+        runner = shlex.split(os.environ.get("KURBELBUCH_RUNNER", ""))
+        self.process = desktop.run("program", [*runner, executable], cwd=directory)
         self.root = wait_until(self.find_application, lambda: "the program " + self.condition())
 
     def condition(self):
@@ -87,7 +90,7 @@ class Program:
     def wait_end(self):
         """Waits until the program has ended by itself; returns its exit code."""
         try:
-            return self.process.wait(20)
+            return self.process.wait(20 * SLOWNESS)
         except subprocess.TimeoutExpired:
             raise AssertionError("the program does not end: " + self.condition()) from None
 

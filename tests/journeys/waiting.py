@@ -1,9 +1,12 @@
 """Waiting for conditions instead of for time."""
 
+import os
 import time
 
+# How many times slower than usual the program may be.
+SLOWNESS = float(os.environ.get("KURBELBUCH_SLOWNESS", "1"))
 # Far above what a busy machine takes; only a failure ever waits this long.
-PATIENCE = 20.0
+PATIENCE = 20.0 * SLOWNESS
 PERIOD = 0.01
 
 
