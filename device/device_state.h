@@ -21,14 +21,25 @@ struct DeviceState {
     // that stands for nothing on the card and must not be saved over it.
     bool dictionaryUnreadable = false;
 
+    // True when the last load could not look at everything that tells what the index means: its
+    // trainings are listed, but nothing on the card may be changed after them.
+    bool dictionaryReadOnly = false;
+
+    // Whole records, as they were read, of trainings of which the card did not tell whether they
+    // have a file. They are not in the table, and saved with it.
+    services::Text untoldRecords;
+
     // What lay on the disk when the index was loaded last: its length and a hash of its bytes. Both
     // 0 when it was missing and a copy stood in for it, and after a load that failed.
     std::uint64_t indexLength = 0;
     std::uint64_t indexHash = 0;
 
-    // The copy that lies beside the index while this program replaces that: another program that
-    // finds it leaves it alone.
-    services::HeldFile indexCopy;
+    // The same of the copy that lay beside it after the load; both 0 when there was none.
+    std::uint64_t copyLength = 0;
+    std::uint64_t copyHash = 0;
+
+    // The tree while this program changes it: other programs leave it alone meanwhile.
+    services::HeldDirectory heldTree;
 
     // The samples of the one loaded training; empty when none is loaded.
     std::vector<TrainingSample> samples;

@@ -2,15 +2,14 @@
 
 #include <algorithm>
 #include <functional>
-#include <new>
 #include <optional>
 #include <span>
-#include <stdexcept>
 #include <string>
 #include <utility>
 
 #include "device/index_recovery.h"
 #include "services/directories.h"
+#include "services/memory.h"
 #include "services/numbered_files.h"
 #include "services/requesters.h"
 #include "services/whole_files.h"
@@ -36,9 +35,12 @@ struct Reading {
     std::vector<DictionaryRecord> kept;
     std::uint64_t runOnLeft = 0;  // bytes that descriptions may still run on
 
+    std::string untold;       // records of untold files, byte for byte
+    std::size_t missing = 0;  // records with a riding time that have no file
+
     // The training file looked for last: a damaged index names the same one again and again.
     services::Text lastName;
-    bool lastFound = false;
+    services::FileLookup lastFound = services::FileLookup::missing;
 
     std::uint64_t hash = services::emptyHash;  // of what was read so far
 };
@@ -56,10 +58,10 @@ services::Text descriptionAt(std::span<const std::byte> bytes, Reading& reading)
     return services::Text(text);
 }
 
-bool hasTrainingFile(const DictionaryRecord& record, Reading& reading) {
+services::FileLookup lookUpTrainingFile(const DictionaryRecord& record, Reading& reading) {
     if (record.fileName != reading.lastName) {
         reading.lastName = record.fileName;
-        reading.lastFound = services::canReadFile(record.fileName);
+        reading.lastFound = services::lookUpFile(record.fileName);
     }
     return reading.lastFound;
 }
@@ -70,9 +72,19 @@ void readRecord(std::span<const std::byte> bytes, Reading& reading) {
     // Most of a damaged index ends here, before anything is decoded or tested.
     if (decodeRideTime(bytes) == 0) return;
     DictionaryRecord record = decodeDictionaryRecord(bytes.first(dictionaryRecordSize));
-    if (!hasTrainingFile(record, reading)) return;
-    record.description = descriptionAt(bytes.subspan(descriptionOffset), reading);
-    reading.kept.push_back(std::move(record));
+    switch (lookUpTrainingFile(record, reading)) {
+        case services::FileLookup::readable:
+            record.description = descriptionAt(bytes.subspan(descriptionOffset), reading);
+            reading.kept.push_back(std::move(record));
+            break;
+        case services::FileLookup::missing:
+            ++reading.missing;
+            break;
+        case services::FileLookup::untold:
+            reading.untold.append(reinterpret_cast<const char*>(bytes.data()),
+                                  dictionaryRecordSize);
+            break;
+    }
 }
 
 // False when fewer whole records arrive than the length promised, for whatever reason.
@@ -113,19 +125,18 @@ bool readAllRecords(const ReadIndex& read, std::int64_t length, Reading& reading
 // Nothing when the index can't be read to its end.
 std::optional<Reading> readIndex(const ReadIndex& read, std::int64_t length) {
     if (length < static_cast<std::int64_t>(dictionaryRecordSize)) return std::nullopt;
-    try {
+    // More records than memory holds: no card of this device, and hours of reading.
+    if (!services::fitsIntoMemory(static_cast<std::uint64_t>(length))) return std::nullopt;
+    std::optional<Reading> result;
+    static_cast<void>(services::withinMemory([&] {
         Reading reading;
         reading.runOnLeft = static_cast<std::uint64_t>(length);
-        if (!readAllRecords(read, length, reading)) return std::nullopt;
+        if (!readAllRecords(read, length, reading)) return;
         std::stable_sort(reading.kept.begin(), reading.kept.end(),
                          [](const auto& a, const auto& b) { return a.startDate < b.startDate; });
-        return reading;
-    } catch (const std::bad_alloc&) {
-        // More kept records than memory: no card of this device.
-        return std::nullopt;
-    } catch (const std::length_error&) {
-        return std::nullopt;
-    }
+        result = std::move(reading);
+    }));
+    return result;
 }
 
 std::optional<Reading> readIndexFile(int file, std::int64_t length) {
@@ -147,15 +158,31 @@ std::optional<Reading> readIndexBytes(std::string_view bytes) {
 
 // What lies there instead of what was loaded. A missing index is one of no bytes and no hash.
 void rememberIndexOnDisk() {
-    const services::WholeFile file =
-        services::readWholeFile(indexName, services::LinksAre::followed);
-    const bool isThere = file.state == services::WholeFile::State::read;
-    state.indexLength = file.bytes.size();
-    state.indexHash = isThere ? services::hashOf(file.bytes) : 0;
+    const services::FileDigest digest =
+        services::digestOfFile(indexName, services::LinksAre::followed);
+    state.indexLength = digest.length;
+    state.indexHash = digest.hash;
+}
+
+// A copy that comes later is of another program that was cut off: what the index names may have
+// been renamed.
+void rememberCopy() {
+    const services::FileDigest digest =
+        services::digestOfFile(indexCopyName, services::LinksAre::refused);
+    state.copyLength = digest.length;
+    state.copyHash = digest.hash;
+}
+
+bool isCopyAsLoaded() {
+    const services::FileDigest digest =
+        services::digestOfFile(indexCopyName, services::LinksAre::refused);
+    return digest.state != services::WholeFile::State::unreadable &&
+           digest.length == state.copyLength && digest.hash == state.copyHash;
 }
 
 std::string encodeTable(SaveMode mode) {
-    std::string index;
+    // In front, where no record with a longer description has shifted them.
+    std::string index = state.untoldRecords;
     for (const DictionaryRecord& record : state.dictionary) {
         if (mode == SaveMode::all || record.selected == 0) index += encodeDictionaryRecord(record);
     }
@@ -171,7 +198,7 @@ void clearUnmeasured(DictionaryRecord& record) {
 void replaceIndex(SaveMode mode) {
     // An index that could not be read is not replaced by one that says nothing: what is on the card
     // may be whole, and only the reader, the slot or the moment was bad.
-    if (state.dictionaryUnreadable) return;
+    if (state.dictionaryUnreadable || state.dictionaryReadOnly) return;
     const std::string index = encodeTable(mode);
     if (!layCopyBeside(index)) return;
     services::deleteFile(indexName);
@@ -184,6 +211,67 @@ void replaceIndex(SaveMode mode) {
     if (written && services::flushDirectoryOf(indexName)) removeSettledCopy();
 }
 
+struct Loaded {
+    std::optional<Reading> reading;  // nothing when there is nothing to list
+    std::uint64_t length = 0;        // of the file, which was read unless something else was
+    bool isOnDisk = true;
+    bool isReadOnly = false;
+};
+
+bool tellsWholeTrainings(const Reading& reading, std::uint64_t length) {
+    return length % dictionaryRecordSize == 0 && !reading.kept.empty() && reading.missing == 0 &&
+           reading.untold.empty();
+}
+
+Loaded readWhatThereIs() {
+    Loaded loaded;
+    const TakenUp taken = takeUpCopy({});
+    if (taken.state == TakenUp::State::unwritten) {
+        // The card takes no more writing; its trainings are all there nevertheless.
+        loaded.reading = readIndexBytes(taken.index);
+        loaded.isOnDisk = false;
+        return loaded;
+    }
+    if (taken.state == TakenUp::State::unknown) return loaded;
+    if (!services::readFile(indexFile, indexName)) return loaded;
+    const std::int64_t length = services::lengthOfFile(indexFile);
+    loaded.reading = readIndexFile(indexFile, length);
+    services::closeFile(indexFile);
+    loaded.length = static_cast<std::uint64_t>(length);
+    loaded.isReadOnly = taken.state == TakenUp::State::unreadableCopy;
+    if (loaded.isReadOnly && loaded.reading &&
+        !tellsWholeTrainings(*loaded.reading, loaded.length)) {
+        loaded.reading.reset();
+    }
+    return loaded;
+}
+
+// What is shown when nothing can be read: one training without a name.
+void takeEmptyTable() {
+    state.dictionaryUnreadable = true;
+    state.dictionaryReadOnly = false;
+    state.untoldRecords = {};
+    state.indexLength = 0;
+    state.indexHash = 0;
+    state.copyLength = 0;
+    state.copyHash = 0;
+    // In the old table's room: a new one might find none.
+    state.dictionary.resize(1);
+    state.dictionary.front() = {};
+    state.dictionary.shrink_to_fit();
+}
+
+void takeTable(Loaded loaded) {
+    state.dictionaryUnreadable = false;
+    state.dictionaryReadOnly = loaded.isReadOnly;
+    state.untoldRecords = std::move(loaded.reading->untold);
+    state.indexLength = loaded.length;
+    state.indexHash = loaded.reading->hash;
+    state.dictionary = std::move(loaded.reading->kept);
+    if (!loaded.isOnDisk) rememberIndexOnDisk();
+    rememberCopy();
+}
+
 }  // namespace
 
 std::optional<std::vector<DictionaryRecord>> readDictionaryRecords(int file, std::int64_t length) {
@@ -193,30 +281,15 @@ std::optional<std::vector<DictionaryRecord>> readDictionaryRecords(int file, std
 }
 
 void loadDictionary() {
-    std::optional<Reading> reading;
-    std::uint64_t length = 0;
-    bool isOnDisk = true;
-    const TakenUp taken = takeUpCopy({});
-    if (taken.state == TakenUp::State::unwritten) {
-        // The card takes no more writing; its trainings are all there nevertheless.
-        reading = readIndexBytes(taken.index);
-        isOnDisk = false;
-    } else if (taken.state == TakenUp::State::nothing && services::readFile(indexFile, indexName)) {
-        const std::int64_t inFile = services::lengthOfFile(indexFile);
-        length = static_cast<std::uint64_t>(inFile);
-        reading = readIndexFile(indexFile, inFile);
-        services::closeFile(indexFile);
-    }
-    state.dictionaryUnreadable = !reading.has_value();
-    state.indexLength = reading ? length : 0;
-    state.indexHash = reading ? reading->hash : 0;
-    if (reading && !isOnDisk) rememberIndexOnDisk();
-    if (reading) {
-        state.dictionary = std::move(reading->kept);
+    leaveTree();
+    takeEmptyTable();  // the old table's memory may be what the new one needs
+    Loaded loaded;
+    const bool complete = services::withinMemory([&] { loaded = readWhatThereIs(); });
+    services::closeFile(indexFile);
+    if (complete && loaded.reading) {
+        takeTable(std::move(loaded));
         return;
     }
-    // What is shown when nothing can be read: one training without a name.
-    state.dictionary.assign(1, DictionaryRecord{});
     // Backslashes whatever the platform's separator: users know this text.
     services::showMessage(
         "Dateifehler"_l1,
@@ -229,34 +302,47 @@ bool writeDictionaryRecord(int file, std::size_t index) {
     return services::writeText(file, encodeDictionaryRecord(state.dictionary[index]));
 }
 
+bool beginChange() {
+    if (state.dictionaryUnreadable) return holdTree();
+    if (!state.dictionaryReadOnly && holdTree() && isIndexAsLoaded() && isCopyAsLoaded())
+        return true;
+    leaveTree();
+    return false;
+}
+
 bool announceRenaming(std::span<const PendingName> names) {
-    if (state.dictionaryUnreadable) return false;
-    std::vector<std::uint64_t> positions;  // records with long descriptions are longer than others
-    std::string index;
-    for (const DictionaryRecord& record : state.dictionary) {
-        positions.push_back(index.size());
-        index += encodeDictionaryRecord(record);
-    }
-    std::vector<PendingRename> renames;
-    for (const PendingName& name : names)
-        renames.push_back({.position = positions[name.record], .oldName = name.oldName});
-    return layCopyBeside(index, std::move(renames));
+    if (state.dictionaryUnreadable || state.dictionaryReadOnly || !state.untoldRecords.empty())
+        return false;
+    bool announced = false;
+    static_cast<void>(services::withinMemory([&] {
+        std::vector<std::uint64_t> positions;  // records with long descriptions are longer
+        std::string index;
+        for (const DictionaryRecord& record : state.dictionary) {
+            positions.push_back(index.size());
+            index += encodeDictionaryRecord(record);
+        }
+        std::vector<PendingRename> renames;
+        for (const PendingName& name : names)
+            renames.push_back({.position = positions[name.record], .oldName = name.oldName});
+        announced = layCopyBeside(index, std::move(renames));
+    }));
+    return announced;
 }
 
 void saveDictionary(SaveMode mode) {
-    replaceIndex(mode);
-    leaveCopy();
+    static_cast<void>(services::withinMemory([mode] { replaceIndex(mode); }));
+    services::closeFile(indexFile);
+    leaveTree();
 }
 
 bool isIndexAsLoaded() {
     if (state.dictionaryUnreadable) return true;
-    const services::WholeFile file =
-        services::readWholeFile(indexName, services::LinksAre::followed);
-    if (file.state == services::WholeFile::State::missing)
+    const services::FileDigest digest =
+        services::digestOfFile(indexName, services::LinksAre::followed);
+    if (digest.state == services::WholeFile::State::missing)
         return state.indexLength == 0 && state.indexHash == 0;
-    return file.state == services::WholeFile::State::read &&
-           file.bytes.size() == state.indexLength &&
-           services::hashOf(file.bytes) == state.indexHash;
+    return digest.state == services::WholeFile::State::read && digest.length == state.indexLength &&
+           digest.hash == state.indexHash;
 }
 
 }  // namespace device

@@ -25,9 +25,13 @@ std::optional<std::vector<DictionaryRecord>> readDictionaryRecords(int file, std
 
 // Takes up what an interrupted command has left (device/index_recovery.h), then replaces the
 // dictionary table with the file's records: those with a riding time whose training
-// file can be opened, by start date, those of one start date in file order. Shows a message, leaves
-// one all-zero record and sets `dictionaryUnreadable` when the file can't be opened, holds no whole
-// record or can't be read to its end.
+// file can be opened, by start date, those of one start date in file order. Records of which the
+// card does not tell whether their file can be opened go to `untoldRecords`. Shows a message,
+// leaves one all-zero record and sets `dictionaryUnreadable` when the file can't be opened, holds
+// no whole record, or can't be read to its end or kept in memory.
+//
+// Beside a copy that can't be read nobody knows what the index means, unless it is whole and each
+// of its records has a file: then it is listed, and `dictionaryReadOnly` is set.
 void loadDictionary();
 
 enum class SaveMode {
@@ -41,20 +45,27 @@ struct PendingName {
     services::Text oldName;
 };
 
+// To be called before any file is touched for a change of the trainings; a load ends it. False when
+// nothing may be touched: another program is at work on the tree, the index or the copy beside it
+// is not as it was loaded, or it was loaded to be read only. Then the callers load it again.
+bool beginChange();
+
 // To be called before files are renamed, with the new names in the table: puts on the disk what it
 // takes to complete both the renaming and the saving of all records after an interruption.
-// saveDictionary follows in any case; nothing may be renamed when this returns false.
+// saveDictionary follows in any case; nothing may be renamed when this returns false. That is also
+// so while there are records of untold files: one of their names might be taken for free.
 bool announceRenaming(std::span<const PendingName> names);
 
-// Deletes and rewrites the file from the table, in table order. A complete copy of the new index
-// lies beside it meanwhile; without room for that nothing is deleted. Does nothing after a load
-// that failed: an index that could not be read is not replaced by one that says nothing. Silent on
-// every failure. Callers call loadDictionary() right after it: until then a written pulse or rpm
-// of 1.0 reads 0.0 in the table.
+// Deletes and rewrites the file: first the records of untold files, as they were read, then the
+// table in its order. A complete copy of the new index
+// lies beside it meanwhile; without room for that, on the disk or in memory, nothing is deleted.
+// Does nothing after a load that failed or was for reading only: an index that could not be read is
+// not replaced by one that says nothing. Silent on every failure. Callers call loadDictionary()
+// right after it: until then a written pulse or rpm of 1.0 reads 0.0 in the table.
 void saveDictionary(SaveMode mode);
 
-// False when the index is not, byte for byte, the one that was loaded: another card, or one that
-// somebody else has changed. True after a load that failed, which nothing is done with.
+// True also after a load that failed, which nothing is done with. False when the index is not, byte
+// for byte, the one that was loaded: another card, or one that somebody else has changed.
 bool isIndexAsLoaded();
 
 // Writes record `index` of the table at the current position of an open file. True when everything

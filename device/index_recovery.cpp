@@ -1,12 +1,13 @@
 #include "device/index_recovery.h"
 
-#include <algorithm>
 #include <optional>
+#include <unordered_set>
 #include <utility>
 
 #include "device/device_state.h"
 #include "services/directories.h"
 #include "services/file_moves.h"
+#include "services/memory.h"
 #include "services/text.h"
 #include "services/whole_files.h"
 
@@ -14,6 +15,7 @@ namespace device {
 
 namespace {
 
+using services::Holding;
 using services::Path;
 using services::PathView;
 using services::Text;
@@ -60,7 +62,7 @@ TakenUp takeUp(PathView directory) {
     // What was cut off before it was complete: nothing was changed for it.
     services::deleteRegularFile(services::concatenate(directory, unfinishedCopyName));
     const LyingCopy lying = copyIn(directory);
-    if (!lying.isKnown) return {.state = TakenUp::State::unknown};
+    if (!lying.isKnown) return {.state = TakenUp::State::unreadableCopy};
     if (!lying.copy) return {};
     const IndexCopy& copy = *lying.copy;
     const Path path = services::concatenate(directory, indexName);
@@ -78,10 +80,10 @@ TakenUp takeUp(PathView directory) {
         return presence == services::Presence::there;
     };
     // A file that came since is none of those to be renamed, whatever its name.
-    const std::vector<Text> added = namesAddedSince(copy, present);
-    std::vector<RenameOutcome> outcomes = outcomesOf(copy, [&](const Text& name) {
-        return isThere(name) && std::ranges::find(added, name) == added.end();
-    });
+    const std::vector<Text> names = namesAddedSince(copy, present);
+    const std::unordered_set<Text> added(names.begin(), names.end());
+    std::vector<RenameOutcome> outcomes =
+        outcomesOf(copy, [&](const Text& name) { return isThere(name) && !added.contains(name); });
     if (isKnown && belongsTo(copy, present)) completeRenames(directory, copy, outcomes);
     std::string repaired = repairedIndex(copy, outcomes, present, isThere);
     if (!isKnown) return {.state = TakenUp::State::unknown};
@@ -100,28 +102,28 @@ TakenUp takeUp(PathView directory) {
 
 }  // namespace
 
+bool holdTree() {
+    return state.heldTree.descriptor >= 0 ||
+           services::holdDirectory(state.heldTree, {}) != Holding::heldByAnother;
+}
+
+void leaveTree() {
+    services::letGo(state.heldTree);
+}
+
 bool layCopyBeside(std::string_view newIndex, std::vector<PendingRename> renames) {
+    if (!holdTree()) return false;
     const LyingCopy lying = copyIn({});
     if (!lying.isKnown) return false;
-    if (lying.copy && lying.copy->index == newIndex) {
-        if (state.indexCopy.descriptor < 0) services::holdFile(state.indexCopy, indexCopyName);
-        return true;
-    }
-    const WholeFile old = services::readWholeFile(indexName, services::LinksAre::followed);
+    if (lying.copy && lying.copy->index == newIndex) return true;
+    const services::FileDigest old =
+        services::digestOfFile(indexName, services::LinksAre::followed);
     if (old.state == WholeFile::State::unreadable) return false;
     const IndexCopy copy{.index = std::string(newIndex),
                          .renames = std::move(renames),
-                         .oldLength = old.bytes.size(),
-                         .oldHash = old.bytes.empty() ? 0 : services::hashOf(old.bytes)};
-    if (!services::replaceWholeFile(indexCopyName, unfinishedCopyName, encodeIndexCopy(copy)))
-        return false;
-    // Where files can't be held, one program has to do.
-    services::holdFile(state.indexCopy, indexCopyName);
-    return true;
-}
-
-void leaveCopy() {
-    services::letGo(state.indexCopy);
+                         .oldLength = old.length,
+                         .oldHash = old.length == 0 ? 0 : old.hash};
+    return services::replaceWholeFile(indexCopyName, unfinishedCopyName, encodeIndexCopy(copy));
 }
 
 void removeSettledCopy() {
@@ -130,11 +132,13 @@ void removeSettledCopy() {
 }
 
 TakenUp takeUpCopy(PathView directory) {
-    services::HeldFile held;
-    const services::Holding holding =
-        services::holdFile(held, services::concatenate(directory, indexCopyName));
-    const TakenUp taken =
-        holding == services::Holding::heldByAnother ? TakenUp() : takeUp(directory);
+    services::HeldDirectory held;
+    TakenUp taken{.state = TakenUp::State::unknown};
+    static_cast<void>(services::withinMemory([&] {
+        // What another program does to the tree is its own to finish.
+        const bool isFree = services::holdDirectory(held, directory) != Holding::heldByAnother;
+        taken = isFree ? takeUp(directory) : TakenUp();
+    }));
     services::letGo(held);
     return taken;
 }

@@ -15,13 +15,15 @@ namespace device {
 inline constexpr services::PathView indexCopyName = "dictionary.2.kurbelbuch-neu";
 inline constexpr services::PathView unfinishedCopyName = "dictionary.2.kurbelbuch-teil";
 
+// Keeps other programs from changing the tree of the working directory, until leaveTree. False when
+// another one is at it. Where directories can't be held, one program has to do.
+bool holdTree();
+void leaveTree();
+
 // Lays a complete copy of the index that is going to replace that of the working directory beside
 // it, on the disk when this returns true. A copy of the same index that lies there already stays,
-// with the names it remembers. Other programs leave it alone until leaveCopy.
+// with the names it remembers. Holds the tree; whoever has called this leaves it in the end.
 bool layCopyBeside(std::string_view newIndex, std::vector<PendingRename> renames = {});
-
-// Lets other programs take up the copy again. Whoever has laid one calls this in the end.
-void leaveCopy();
 
 // Removes the copy once the new index is safely on the disk, unless it still remembers names: those
 // are settled by takeUpCopy.
@@ -29,9 +31,10 @@ void removeSettledCopy();
 
 struct TakenUp {
     enum class State {
-        nothing,    // the index is what it should be, or there is no complete copy
-        unwritten,  // it should be `index`, but can't be written; the copy stays
-        unknown,    // the card does not tell what there is to take up
+        nothing,         // the index is what it should be, or there is no complete copy
+        unwritten,       // it should be `index`, but can't be written; the copy stays
+        unreadableCopy,  // there may be a copy, and it can't be read
+        unknown,         // the card does not tell what else there is to take up, or memory is short
     } state = State::nothing;
     std::string index = {};
 };
@@ -39,7 +42,7 @@ struct TakenUp {
 // Takes up what a command that was cut off has left: completes its renames as far as they can be,
 // makes the index what it was going to be, under the names that the files have, and removes the
 // copy. Beside an index that the copy was not made for nothing is renamed (belongsTo). Leaves alone
-// what another program is still at work on.
+// a tree that another program is at work on.
 TakenUp takeUpCopy(services::PathView directory);
 
 // True when an index can be read in the directory, or a copy can stand in for it. A missing one is

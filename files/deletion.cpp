@@ -6,6 +6,7 @@
 #include "device/dictionary.h"
 #include "device/training_names.h"
 #include "services/file_moves.h"
+#include "services/memory.h"
 #include "services/requesters.h"
 
 namespace files {
@@ -26,14 +27,16 @@ void deleteChosenTrainings() {
         return;
     }
     // Another card may lie in the slot by now, with other trainings under the same names.
-    if (!device::isIndexAsLoaded()) {
+    if (!device::beginChange()) {
         device::loadDictionary();
         return;
     }
     for (const device::DictionaryRecord& record : device::state.dictionary) {
         // By its bare name in the working directory, and nothing but a training file.
-        if (isChosen(record) && device::isTrainingName(record.fileName))
-            services::deleteRegularFile(record.fileName);
+        if (!isChosen(record) || !device::isTrainingName(record.fileName)) continue;
+        // Where memory ran out the deletion failed like any other.
+        static_cast<void>(
+            services::withinMemory([&record] { services::deleteRegularFile(record.fileName); }));
     }
     device::saveDictionary(device::SaveMode::unselected);
     device::loadDictionary();

@@ -5,11 +5,13 @@
 
 #include "device/device_state.h"
 #include "device/dictionary.h"
+#include "device/index_recovery.h"
 #include "device/training_names.h"
 #include "files/renumber_plan.h"
 #include "files/report_window.h"
 #include "files/training_order.h"
 #include "services/file_moves.h"
+#include "services/memory.h"
 #include "services/requesters.h"
 #include "services/whole_files.h"
 
@@ -37,29 +39,39 @@ bool canBeRenamed(const RenumberStep& step) {
            services::presenceOf(step.oldName) != services::Presence::missing;
 }
 
-// The table gets the new names, also of files that are gone.
-std::vector<device::PendingName> takeNewNames(const std::vector<RenumberStep>& steps) {
+std::vector<device::PendingName> pendingNames(const std::vector<RenumberStep>& steps) {
     std::vector<device::PendingName> pending;
     for (std::size_t i = 0; i < steps.size(); ++i) {
         if (canBeRenamed(steps[i])) pending.push_back({.record = i, .oldName = steps[i].oldName});
-        if (steps[i].renames) device::state.dictionary[i].fileName = steps[i].newName;
     }
     return pending;
 }
 
-void takeBackNames(const std::vector<RenumberStep>& steps) {
-    for (std::size_t i = 0; i < steps.size(); ++i)
-        device::state.dictionary[i].fileName = steps[i].oldName;
+// What the table is to hold: also the new names of files that are gone.
+std::vector<services::Text> namesAfter(const std::vector<RenumberStep>& steps) {
+    std::vector<services::Text> names;
+    names.reserve(steps.size());
+    for (const RenumberStep& step : steps)
+        names.push_back(step.renames ? step.newName : step.oldName);
+    return names;
+}
+
+// The table takes the names and gives its own for them. Needs no memory, which could end halfway.
+void exchangeNames(std::vector<services::Text>& names) {
+    for (std::size_t i = 0; i < names.size(); ++i)
+        device::state.dictionary[i].fileName.swap(names[i]);
 }
 
 void renameTrainings() {
     auto& records = device::state.dictionary;
     sortTrainings(records, SortMode::byDate);
     const std::vector<RenumberStep> steps = planRenumbering(records);
-    const std::vector<device::PendingName> pending = takeNewNames(steps);
+    const std::vector<device::PendingName> pending = pendingNames(steps);
+    std::vector<services::Text> names = namesAfter(steps);
+    exchangeNames(names);
     // Without room for what completes an interrupted renumbering every file keeps its name.
     const bool announced = pending.empty() || device::announceRenaming(pending);
-    if (!announced) takeBackNames(steps);
+    if (!announced) exchangeNames(names);
 
     auto next = pending.begin();
     for (std::size_t i = 0; i < steps.size(); ++i) {
@@ -84,7 +96,7 @@ void renumberTrainings(int mainHeight, const std::function<void()>& tableChanged
         return;
     }
     // Another card may lie in the slot by now, with other trainings under the same names.
-    if (!device::isIndexAsLoaded()) {
+    if (!device::beginChange()) {
         device::loadDictionary();
         tableChanged();
         return;
@@ -93,15 +105,21 @@ void renumberTrainings(int mainHeight, const std::function<void()>& tableChanged
                                  .width = 256,
                                  .textWidth = 238,
                                  .mainHeight = mainHeight};
-    if (!openReport(report)) return;
+    if (!openReport(report)) {
+        device::leaveTree();
+        return;
+    }
 
     // A table without a record has no first number to go on from. It is left alone with its index,
     // which may hold trainings whose files merely can't be found at the moment.
     if (!device::state.dictionary.empty()) {
-        renameTrainings();
+        // Whatever memory runs out for: once files may have new names, saving and loading see to it
+        // that the index has them, too.
+        static_cast<void>(services::withinMemory(renameTrainings));
         device::saveDictionary(device::SaveMode::all);
         device::loadDictionary();
     }
+    device::leaveTree();
     tableChanged();
     services::showMessage("Dateinamen"_l1, "Die Dateinamen wurden neu durchnummeriert!"_l1);
     waitUntilReportIsRead(report);

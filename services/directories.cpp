@@ -27,13 +27,22 @@ bool deleteFile(PathView path) {
     return isUsablePath(path) && unlink(Path(path).c_str()) == 0;
 }
 
-bool canReadFile(PathView path) {
-    if (!isUsablePath(path)) return false;
+FileLookup lookUpFile(PathView path) {
+    if (!isUsablePath(path)) return FileLookup::missing;
     // Asked and not tried: an index asks for each of its files, and opening takes twice as long.
     const Path terminated(path);
     struct stat status = {};
-    return stat(terminated.c_str(), &status) == 0 && S_ISREG(status.st_mode) &&
-           access(terminated.c_str(), R_OK) == 0;
+    if (stat(terminated.c_str(), &status) == 0) {
+        if (!S_ISREG(status.st_mode)) return FileLookup::missing;
+        if (access(terminated.c_str(), R_OK) == 0) return FileLookup::readable;
+    }
+    const bool isMissing =
+        errno == ENOENT || errno == ENOTDIR || errno == ELOOP || errno == ENAMETOOLONG;
+    return isMissing ? FileLookup::missing : FileLookup::untold;
+}
+
+bool canReadFile(PathView path) {
+    return lookUpFile(path) == FileLookup::readable;
 }
 
 bool isDirectory(PathView path) {

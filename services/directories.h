@@ -17,8 +17,16 @@ bool createDirectory(PathView path);
 // Removes a file (never a directory). True on success.
 bool deleteFile(PathView path);
 
-// True when `path` is a regular file that may be opened for reading. It is not opened: asking never
-// blocks, and works even when the process can't open another file.
+enum class FileLookup {
+    readable,  // a regular file that may be opened for reading
+    missing,   // nothing of that name, or no regular file
+    untold,    // the system could not tell, or the file is there and may not be opened
+};
+
+// It is not opened: asking never blocks, and works even when the process can't open another file.
+FileLookup lookUpFile(PathView path);
+
+// True for what lookUpFile calls readable.
 bool canReadFile(PathView path);
 
 bool isDirectory(PathView path);

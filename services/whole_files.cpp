@@ -2,15 +2,17 @@
 
 #include <sys/file.h>
 
+#include <array>
 #include <cstdio>
-#include <new>
-#include <stdexcept>
 
+#include "services/memory.h"
 #include "services/regular_files.h"
 
 namespace services {
 
 namespace {
+
+constexpr std::size_t digestBlockSize = std::size_t{1} << 16U;
 
 bool isMissing(int error) {
     return error == ENOENT || error == ENOTDIR;
@@ -19,8 +21,49 @@ bool isMissing(int error) {
 bool readAll(int descriptor, std::string& bytes) {
     struct stat status = {};
     if (fstat(descriptor, &status) != 0 || status.st_size < 0) return false;
+    if (!fitsIntoMemory(static_cast<std::uint64_t>(status.st_size))) return false;
     bytes.resize(static_cast<std::size_t>(status.st_size));
     return readFully(descriptor, std::as_writable_bytes(std::span(bytes))) == status.st_size;
+}
+
+bool digestAll(int descriptor, FileDigest& digest) {
+    struct stat status = {};
+    if (fstat(descriptor, &status) != 0 || status.st_size < 0) return false;
+    // Nobody will read it either, and it would take hours.
+    if (!fitsIntoMemory(static_cast<std::uint64_t>(status.st_size))) return false;
+    digest = {.state = WholeFile::State::read,
+              .length = static_cast<std::uint64_t>(status.st_size),
+              .hash = emptyHash};
+    std::array<std::byte, digestBlockSize> block;
+    for (std::uint64_t left = digest.length; left > 0;) {
+        const auto asked = static_cast<std::size_t>(std::min<std::uint64_t>(left, block.size()));
+        if (readFully(descriptor, std::span(block).first(asked)) !=
+            static_cast<std::int64_t>(asked)) {
+            return false;
+        }
+        digest.hash = hashOf({reinterpret_cast<const char*>(block.data()), asked}, digest.hash);
+        left -= asked;
+    }
+    return true;
+}
+
+// `state` is unreadable when there is a descriptor to read from, or should be one.
+struct OpenedFile {
+    WholeFile::State state = WholeFile::State::missing;
+    int descriptor = noDescriptor;
+};
+
+OpenedFile openToRead(PathView path, LinksAre links) {
+    if (!isUsablePath(path)) return {};
+    struct stat status = {};
+    const Path terminated(path);
+    const int result = links == LinksAre::followed ? stat(terminated.c_str(), &status)
+                                                   : lstat(terminated.c_str(), &status);
+    if (result != 0 && isMissing(errno)) return {};
+    if (result == 0 && !S_ISREG(status.st_mode)) return {.state = WholeFile::State::notRegular};
+    return {.state = WholeFile::State::unreadable,
+            .descriptor = openRegularFile(
+                path, links == LinksAre::followed ? O_RDONLY : O_RDONLY | O_NOFOLLOW)};
 }
 
 bool writeNewFile(const Path& path, std::string_view bytes) {
@@ -45,28 +88,27 @@ Presence presenceOf(PathView path) {
 
 WholeFile readWholeFile(PathView path, LinksAre links) {
     WholeFile file;
-    if (!isUsablePath(path)) return file;
-    struct stat status = {};
-    const Path terminated(path);
-    const int result = links == LinksAre::followed ? stat(terminated.c_str(), &status)
-                                                   : lstat(terminated.c_str(), &status);
-    if (result != 0 && isMissing(errno)) return file;
-    if (result == 0 && !S_ISREG(status.st_mode)) {
-        file.state = WholeFile::State::notRegular;
-        return file;
-    }
+    const OpenedFile opened = openToRead(path, links);
+    file.state = opened.state;
+    if (opened.descriptor == noDescriptor) return file;
     file.state = WholeFile::State::unreadable;
-    const int descriptor =
-        openRegularFile(path, links == LinksAre::followed ? O_RDONLY : O_RDONLY | O_NOFOLLOW);
-    if (descriptor == noDescriptor) return file;
-    try {
-        if (readAll(descriptor, file.bytes)) file.state = WholeFile::State::read;
-    } catch (const std::bad_alloc&) {
-    } catch (const std::length_error&) {
-    }
+    static_cast<void>(withinMemory([&] {
+        if (readAll(opened.descriptor, file.bytes)) file.state = WholeFile::State::read;
+    }));
     if (file.state != WholeFile::State::read) file.bytes = {};
-    close(descriptor);
+    close(opened.descriptor);
     return file;
+}
+
+FileDigest digestOfFile(PathView path, LinksAre links) {
+    FileDigest digest;
+    const OpenedFile opened = openToRead(path, links);
+    digest.state = opened.state;
+    if (opened.descriptor == noDescriptor) return digest;
+    const bool read = digestAll(opened.descriptor, digest);
+    if (!read) digest = {.state = WholeFile::State::unreadable};
+    close(opened.descriptor);
+    return digest;
 }
 
 bool replaceWholeFile(PathView path, PathView temporary, std::string_view bytes) {
@@ -99,10 +141,11 @@ bool flushDirectoryOf(PathView path) {
     return flushed;
 }
 
-Holding holdFile(HeldFile& held, PathView path) {
+Holding holdDirectory(HeldDirectory& held, PathView directory) {
     letGo(held);
-    const int descriptor = openRegularFile(path, O_RDONLY | O_NOFOLLOW);
-    if (descriptor == noDescriptor) return Holding::impossible;
+    const Path path(directory.empty() ? PathView(".") : directory);
+    const int descriptor = open(path.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    if (descriptor < 0) return Holding::impossible;
     if (flock(descriptor, LOCK_EX | LOCK_NB) == 0) {
         held.descriptor = descriptor;
         return Holding::done;
@@ -112,7 +155,7 @@ Holding holdFile(HeldFile& held, PathView path) {
     return result;
 }
 
-void letGo(HeldFile& held) {
+void letGo(HeldDirectory& held) {
     if (held.descriptor >= 0) close(held.descriptor);
     held = {};
 }

@@ -24,8 +24,16 @@ struct WholeFile {
 
 // Missing is what has no such name, and a link that leads nowhere when links are followed; a
 // refused link is not regular. Unreadable is what can't be opened or even looked at, shrinks while
-// it is read, gives a read error or finds no memory.
+// it is read, gives a read error or does not fit into memory.
 WholeFile readWholeFile(PathView path, LinksAre links);
+
+// What lies in a file, without its bytes in memory. State, links and errors as above.
+struct FileDigest {
+    WholeFile::State state = WholeFile::State::missing;
+    std::uint64_t length = 0;  // 0 unless read
+    std::uint64_t hash = 0;    // hashOf all bytes; 0 unless read
+};
+FileDigest digestOfFile(PathView path, LinksAre links);
 
 // Writes the bytes as `temporary` in the same directory, waits until they are on the disk, and only
 // then gives them the name `path`; what had it, a link included, is replaced. True when the new
@@ -41,17 +49,17 @@ bool flushPath(PathView path);
 // do that for directories and say so: only a failing disk counts as a failure.
 bool flushDirectoryOf(PathView path);
 
-// Keeps other programs that ask for the same from going on with a file: nothing else, and only as
-// long as this process lives. A file that is held can be renamed and removed.
-struct HeldFile {
+// Keeps other programs that ask for the same from going on with a directory: nothing else, and only
+// as long as this process lives. Nothing is written for it.
+struct HeldDirectory {
     int descriptor = -1;  // -1: nothing is held
 };
 
 enum class Holding { done, heldByAnother, impossible };
 
-// Never waits. What was held before is let go.
-Holding holdFile(HeldFile& held, PathView path);
-void letGo(HeldFile& held);
+// Never waits. Empty: the working directory. What was held before is let go.
+Holding holdDirectory(HeldDirectory& held, PathView directory);
+void letGo(HeldDirectory& held);
 
 // FNV-1a in 64 bits: tells files apart that differ by accident. Goes on from the value of what came
 // before.

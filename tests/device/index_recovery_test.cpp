@@ -158,7 +158,7 @@ TEST_F(IndexRecovery, InterruptedRenamesAreCompleted) {
     state.dictionary[1].fileName = nameOf(2);
     const device::PendingName pending[] = {{.record = 1, .oldName = nameOf(0x15)}};
     ASSERT_TRUE(device::announceRenaming(pending));
-    device::leaveCopy();  // cut off here
+    device::leaveTree();  // cut off here
     loadDictionary();
     EXPECT_TRUE(fs::exists(nameOf(2)));
     EXPECT_FALSE(fs::exists(nameOf(0x15)));
@@ -176,7 +176,7 @@ TEST_F(IndexRecovery, ATrainingThatCameSinceKeepsItsFile) {
     const device::PendingName pending[] = {{.record = 1, .oldName = nameOf(3)}};
     ASSERT_TRUE(device::announceRenaming(pending));
     fs::rename(nameOf(3), nameOf(2));
-    device::leaveCopy();  // cut off here
+    device::leaveTree();  // cut off here
     writeTrainingFile(3);
     writeBytes("dictionary.2", old + indexRecord(3, 9).bytes);
     loadDictionary();
@@ -194,7 +194,7 @@ TEST_F(IndexRecovery, NothingIsRenamedBesideAnotherIndex) {
     state.dictionary[1].fileName = nameOf(2);
     const device::PendingName pending[] = {{.record = 1, .oldName = nameOf(3)}};
     ASSERT_TRUE(device::announceRenaming(pending));
-    device::leaveCopy();
+    device::leaveTree();
     const std::string other = indexRecord(3, 77).bytes + indexRecord(1, 1).bytes;
     writeBytes("dictionary.2", other);
     loadDictionary();
@@ -204,11 +204,74 @@ TEST_F(IndexRecovery, NothingIsRenamedBesideAnotherIndex) {
     EXPECT_EQ(state.dictionary.size(), 2U);
 }
 
+// Of which the card gives nothing: one that claims more bytes than any memory holds counts as such.
+class UnreadableCopy : public IndexRecovery {
+  protected:
+    void SetUp() override {
+        IndexRecovery::SetUp();
+        writeBytes(std::string(device::indexCopyName), "");
+        fs::resize_file(device::indexCopyName, std::uintmax_t{1} << 42U);
+    }
+};
+
+TEST_F(UnreadableCopy, DoesNotHideAnIndexWhoseTrainingsAreAllThere) {
+    writeBytes("dictionary.2", index);
+    loadDictionary();
+    EXPECT_EQ(state.dictionary.size(), 3U);
+    EXPECT_TRUE(state.dictionaryReadOnly);
+    EXPECT_FALSE(state.dictionaryUnreadable);
+}
+
+TEST_F(UnreadableCopy, HidesAnIndexThatMayBePartOfAnotherOne) {
+    const std::string unsure[] = {index + indexRecord(4, 4).bytes, index + "rest",
+                                  indexRecord(1).int32(108, 0).bytes};
+    for (const std::string& bytes : unsure) {
+        writeBytes("dictionary.2", bytes);
+        device_tests::expectUnreadableIndex();
+        loadDictionary();
+        EXPECT_TRUE(state.dictionaryUnreadable);
+        EXPECT_FALSE(state.dictionaryReadOnly);
+        EXPECT_EQ(bytesOf("dictionary.2"), bytes);
+    }
+}
+
+TEST_F(UnreadableCopy, LetsNothingBeChanged) {
+    writeBytes("dictionary.2", index);
+    loadDictionary();
+    EXPECT_FALSE(device::beginChange());
+    state.dictionary.pop_back();
+    saveDictionary(SaveMode::all);
+    const device::PendingName pending[] = {{.record = 1, .oldName = nameOf(2)}};
+    EXPECT_FALSE(device::announceRenaming(pending));
+    EXPECT_EQ(bytesOf("dictionary.2"), index);
+    EXPECT_TRUE(copyLies());
+    // Not even when it can be read again, before it is.
+    leaveCopy();
+    EXPECT_FALSE(device::beginChange());
+    saveDictionary(SaveMode::all);
+    EXPECT_EQ(bytesOf("dictionary.2"), index);
+    loadDictionary();
+    EXPECT_FALSE(state.dictionaryReadOnly);
+    EXPECT_TRUE(device::beginChange());
+    saveDictionary(SaveMode::all);
+    EXPECT_EQ(bytesOf("dictionary.2"), index);
+}
+
+TEST_F(IndexRecovery, ACopyThatCameSinceTheLoadKeepsFilesFromBeingTouched) {
+    writeBytes("dictionary.2", index);
+    loadDictionary();
+    leaveCopy();
+    EXPECT_FALSE(device::beginChange());
+    loadDictionary();
+    EXPECT_TRUE(device::beginChange());
+    device::leaveTree();
+}
+
 // Another program is in the middle of replacing the index.
 TEST_F(IndexRecovery, WhatAnotherProgramIsAtWorkOnIsLeftAlone) {
     writeBytes("dictionary.2", index);
     leaveCopy();
-    const int theirs = open(std::string(device::indexCopyName).c_str(), O_RDONLY);
+    const int theirs = open(".", O_RDONLY | O_DIRECTORY);
     ASSERT_EQ(flock(theirs, LOCK_EX), 0);
     loadDictionary();
     EXPECT_TRUE(copyLies());
@@ -218,17 +281,18 @@ TEST_F(IndexRecovery, WhatAnotherProgramIsAtWorkOnIsLeftAlone) {
     EXPECT_FALSE(copyLies());
 }
 
-TEST_F(IndexRecovery, TheCopyIsHeldFromTheFirstRenameToTheSave) {
+TEST_F(IndexRecovery, TheTreeIsHeldFromTheFirstRenameToTheSave) {
     writeBytes("dictionary.2", index);
     loadDictionary();
     state.dictionary[2].fileName = nameOf(9);
     const device::PendingName pending[] = {{.record = 2, .oldName = nameOf(3)}};
     ASSERT_TRUE(device::announceRenaming(pending));
-    const int other = open(std::string(device::indexCopyName).c_str(), O_RDONLY);
+    const int other = open(".", O_RDONLY | O_DIRECTORY);
     EXPECT_NE(flock(other, LOCK_EX | LOCK_NB), 0);
     fs::rename(nameOf(3), nameOf(9));
     saveDictionary(SaveMode::all);
     EXPECT_EQ(flock(other, LOCK_EX | LOCK_NB), 0);
+    EXPECT_FALSE(device::layCopyBeside(index));
     close(other);
     loadDictionary();
     EXPECT_EQ(state.dictionary.size(), 3U);

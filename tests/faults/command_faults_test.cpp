@@ -142,15 +142,21 @@ class CommandFaults : public stand_ins::StandInTest {
         fs::remove_all(card);
         trainings = list;
         std::vector<device::DictionaryRecord> records;
-        for (std::size_t i = 0; i < list.size(); ++i) {
-            device::DictionaryRecord record = builders::makeRecord(list[i].number);
-            record.description = descriptionOf(i);
-            record.startDate = 1'356'998'400 + static_cast<std::int32_t>(i) * 86'400;
+        const auto addRecord = [&](std::uint64_t number, const std::string& description) {
+            device::DictionaryRecord record = builders::makeRecord(number);
+            record.description = description;
+            record.startDate = 1'356'998'400 + static_cast<std::int32_t>(records.size()) * 86'400;
             records.push_back(record);
-        }
+        };
+        for (std::size_t i = 0; i < list.size(); ++i)
+            addRecord(list[i].number, descriptionOf(i));
+        for (const std::uint64_t number : fileless)
+            addRecord(number, "without a file");
         // Not in the order of their dates, so that a save changes the index.
         std::reverse(records.begin(), records.end());
         builders::writeCard(card, records);
+        for (const std::uint64_t number : fileless)
+            fs::remove(tree / nameOf(number));
         for (std::size_t i = 0; i < list.size(); ++i)
             writeBytes(tree / nameOf(list[i].number), contentOf(i));
         for (const auto& [name, content] : foreign)
@@ -163,8 +169,18 @@ class CommandFaults : public stand_ins::StandInTest {
         fs::current_path(tree);
         device::loadDictionary();
         ASSERT_EQ(device::state.dictionary.size(), trainings.size());
-        for (std::size_t i = 0; i < trainings.size(); ++i)
-            device::state.dictionary[i].selected = trainings[i].chosen ? 1 : 0;
+        chooseTrainings();
+    }
+
+    // By what they are, and not by their place in a list of which some may be missing.
+    void chooseTrainings() const {
+        for (device::DictionaryRecord& record : device::state.dictionary) {
+            record.selected = 0;
+            for (std::size_t i = 0; i < trainings.size(); ++i) {
+                if (trainings[i].chosen && record.description == descriptionOf(i))
+                    record.selected = 1;
+            }
+        }
     }
 
     // What must hold on the card after whatever happened.
@@ -185,6 +201,7 @@ class CommandFaults : public stand_ins::StandInTest {
             }
             listed = now;
         }
+        EXPECT_FALSE(listed.contains("without a file")) << listed["without a file"];
         std::set<std::string> known = {"dictionary.2"};
         for (const auto& [name, content] : foreign) {
             EXPECT_EQ(bytesOf(tree / name), content) << "a file of somebody else's";
@@ -260,8 +277,27 @@ class CommandFaults : public stand_ins::StandInTest {
     fs::path tree;
     fs::path backup;
     std::vector<Training> trainings;
-    Contents foreign;  // files that the index does not know, by name
+    Contents foreign;                     // files that the index does not know, by name
+    std::vector<std::uint64_t> fileless;  // records that have no file
 };
+
+stand_ins::QuestionAnswer deletionAnswer() {
+    return {services::Text("Lösche Datei"_l1),
+            services::Text("Sollen die ausgewählten Dateien wirklich gelöscht werden?"_l1), true};
+}
+
+void deleteTrainings() {
+    world.questionAnswers = {deletionAnswer()};
+    files::deleteChosenTrainings();
+}
+
+void renumberTrainings() {
+    device::state.renumberingEnabled = true;
+    world.questionAnswers = {{"Dateinamen neu durchnummerieren",
+                              "Sollen die Dateinamen neu durchnummeriert werden?", true}};
+    world.events = {{.kind = services::EventKind::close, .window = services::reportWindow}};
+    files::renumberTrainings(700, [] {});
+}
 
 class DeletionFaults : public CommandFaults {
   protected:
@@ -271,10 +307,7 @@ class DeletionFaults : public CommandFaults {
             [&] {
                 makeCard(list);
                 openCard();
-                world.questionAnswers.push_back(
-                    {services::Text("Lösche Datei"_l1),
-                     services::Text("Sollen die ausgewählten Dateien wirklich gelöscht werden?"_l1),
-                     true});
+                world.questionAnswers.push_back(deletionAnswer());
             },
             [] { files::deleteChosenTrainings(); }, [&] { expectEveryTraining(); });
     }
@@ -297,14 +330,8 @@ class RenumberingFaults : public CommandFaults {
             [&] {
                 makeCard(list);
                 openCard();
-                device::state.renumberingEnabled = true;
-                world.questionAnswers.push_back(
-                    {"Dateinamen neu durchnummerieren",
-                     "Sollen die Dateinamen neu durchnummeriert werden?", true});
-                world.events.push_back(
-                    {.kind = services::EventKind::close, .window = services::reportWindow});
             },
-            [] { files::renumberTrainings(700, [] {}); }, [&] { expectEveryTraining(); });
+            renumberTrainings, [&] { expectEveryTraining(); });
     }
 };
 
@@ -323,6 +350,179 @@ TEST_F(RenumberingFaults, LoseNothingWhenNumbersAreCrossed) {
 TEST_F(RenumberingFaults, LoseNothingWhenAForeignFileIsInTheWay) {
     foreign = {{nameOf(2), "foreign"}, {nameOf(4), "another"}};
     tryRenumbering("renumber around foreign files", {{1}, {5}, {8}, {9}});
+}
+
+TEST_F(RenumberingFaults, LoseNothingWhenRecordsHaveNoFile) {
+    fileless = {2, 6, 0x40};
+    tryRenumbering("renumber beside gone files", {{1}, {5}, {8}, {9}});
+}
+
+// As on most cards: nothing but a plain rename, which replaces what is there.
+TEST_F(RenumberingFaults, LoseNothingWhereTheFileSystemHasPlainRenamesOnly) {
+    foreign = {{nameOf(3), "foreign"}};
+    fault_injector::pretendPlainFileSystem(true);
+    tryRenumbering("renumber by plain renames", {{1}, {5}, {0x20}, {0x21}, {0x22}});
+    fault_injector::pretendPlainFileSystem(false);
+}
+
+// The card gives a wrong answer or none while the index is loaded, and works again when the user
+// goes on with what is listed.
+class LoadingFaults : public CommandFaults {
+  protected:
+    void tryLoading(const char* command, const std::vector<Training>& list,
+                    const std::function<void()>& goOn) {
+        tryFaults(
+            command,
+            [&] {
+                makeCard(list);
+                forgetEverything();
+                fs::current_path(tree);
+            },
+            [&] {
+                device::loadDictionary();
+                fault_injector::disarm();
+                chooseTrainings();
+                goOn();
+            },
+            [&] { expectEveryTraining(); });
+    }
+};
+
+TEST_F(LoadingFaults, LoseNothingWhenTrainingsAreDeletedNext) {
+    tryLoading("delete after a bad load", {{1}, {2, true}, {3}, {4}}, deleteTrainings);
+}
+
+TEST_F(LoadingFaults, LoseNothingWhenTrainingsAreRenumberedNext) {
+    fileless = {3};
+    tryLoading("renumber after a bad load", {{1}, {5}, {6}, {0x20}}, renumberTrainings);
+}
+
+// One interruption after another, before anything could be repaired, and at every place.
+class TwoMisfortunes : public CommandFaults {
+  protected:
+    using Command = std::function<void()>;
+
+    // The program starts, and does this until it is killed.
+    void startUntilKilled(const Command& command, int call) {
+        std::fflush(nullptr);
+        const pid_t child = fork();
+        ASSERT_GE(child, 0);
+        if (child == 0) {
+            alarm(secondsForOneCommand);
+            forgetEverything();
+            fs::current_path(tree);
+            if (call != never) fault_injector::arm({.kind = FaultKind::kill, .at = call});
+            device::loadDictionary();
+            chooseTrainings();
+            command();
+            _exit(0);
+        }
+        int status = 0;
+        ASSERT_EQ(waitpid(child, &status, 0), child);
+        ASSERT_TRUE(WIFEXITED(status)) << "the program did not come to an end of its own";
+        wasKilled = WEXITSTATUS(status) == fault_injector::killedStatus;
+        ASSERT_TRUE(wasKilled || WEXITSTATUS(status) == 0);
+    }
+
+    void tryPairs(const char* what, const std::vector<Training>& list, const Command& first,
+                  const Command& second) {
+        const int stride = isFull() ? 1 : 13;
+        int pairs = 0;
+        bool firstWasKilled = true;
+        for (int i = 0; firstWasKilled; ++i) {
+            bool secondWasKilled = true;
+            for (int k = i % stride; secondWasKilled; k += stride) {
+                SCOPED_TRACE("killed at call " + std::to_string(i) + ", then at call " +
+                             std::to_string(k));
+                makeCard(list);
+                startUntilKilled(first, i);
+                firstWasKilled = wasKilled;
+                startUntilKilled(second, k);
+                secondWasKilled = wasKilled;
+                expectEveryTraining();
+                ++pairs;
+                if (HasFailure()) return;
+            }
+        }
+        std::printf("%-32s %5d pairs of kills survived\n", what, pairs);
+        RecordProperty("pairs", pairs);
+    }
+
+    static constexpr int never = -1;
+
+    bool wasKilled = false;
+};
+
+TEST_F(TwoMisfortunes, DeletingThenRenumberingLoseNothing) {
+    tryPairs("delete, then renumber", {{1}, {5, true}, {6}, {7}}, deleteTrainings,
+             renumberTrainings);
+}
+
+TEST_F(TwoMisfortunes, RenumberingThenDeletingLoseNothing) {
+    foreign = {{nameOf(2), "foreign"}};
+    tryPairs("renumber, then delete", {{1}, {5}, {0x20, true}, {0x21}}, renumberTrainings,
+             deleteTrainings);
+}
+
+TEST_F(TwoMisfortunes, RenumberingTwiceLosesNothing) {
+    fileless = {3};
+    tryPairs("renumber, then renumber", {{1}, {5}, {6}, {7}}, renumberTrainings, renumberTrainings);
+}
+
+// What is listed stays as it was while another program starts on the same card and is killed.
+class OtherProgram : public TwoMisfortunes {};
+
+TEST_F(OtherProgram, KilledBesideAListLeavesNothingToLose) {
+    foreign = {{nameOf(4), "foreign"}};
+    const std::vector<Training> list = {{1}, {5}, {6, true}, {7}};
+    for (const Command& ours : {Command(deleteTrainings), Command(renumberTrainings)}) {
+        wasKilled = true;
+        for (int call = 0; wasKilled; ++call) {
+            SCOPED_TRACE("killed at call " + std::to_string(call));
+            makeCard(list);
+            openCard();
+            const device::DeviceState listed = std::move(device::state);
+            startUntilKilled(renumberTrainings, call);
+            fs::current_path(tree);
+            device::state = listed;
+            ours();
+            expectEveryTraining();
+            ASSERT_FALSE(HasFailure());
+        }
+    }
+}
+
+// A second program does all of its work between two calls of the first.
+TEST_F(OtherProgram, AtWorkInTheMiddleOfOursLosesNothing) {
+    foreign = {{nameOf(4), "foreign"}};
+    const std::vector<Training> list = {{1}, {5}, {6, true}, {7}, {9}};
+    const Command commands[] = {deleteTrainings, renumberTrainings, [] {}};
+    int pairs = 0;
+    for (const Command& ours : commands) {
+        for (const Command& theirs : commands) {
+            bool happened = true;
+            for (int call = 0; happened; ++call) {
+                SCOPED_TRACE("at call " + std::to_string(call));
+                makeCard(list);
+                forgetEverything();
+                fs::current_path(tree);
+                happened = false;
+                fault_injector::arm({.kind = FaultKind::interrupt, .at = call, .meanwhile = [&] {
+                                         happened = true;
+                                         startUntilKilled(theirs, never);
+                                     }});
+                device::loadDictionary();
+                chooseTrainings();
+                ours();
+                fault_injector::disarm();
+                expectEveryTraining();
+                ASSERT_FALSE(HasFailure());
+                ++pairs;
+            }
+        }
+    }
+    std::printf("%-32s %5d places survived\n", "two programs on one card", pairs);
+    RecordProperty("places", pairs);
 }
 
 class BackupFaults : public CommandFaults {

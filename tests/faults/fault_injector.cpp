@@ -27,6 +27,7 @@ constexpr int nameLimit = 20'000;
 
 struct Injector {
     bool armed = false;
+    bool plain = false;
     int calls = 0;
     Fault fault;
     const char* names[nameLimit] = {};
@@ -47,6 +48,13 @@ FaultKind nextCall(const char* name) {
     if (fault.kind == FaultKind::none || call < fault.at || (call > fault.at && !fault.goesOn))
         return FaultKind::none;
     if (fault.kind == FaultKind::kill) leaveProcess(killedStatus);
+    if (fault.kind == FaultKind::interrupt) {
+        const int error = errno;
+        injector.armed = false;
+        fault.meanwhile();
+        injector.armed = true;
+        errno = error;
+    }
     return fault.kind;
 }
 
@@ -76,6 +84,10 @@ void arm(const Fault& fault) {
     injector.fault = fault;
     injector.calls = 0;
     injector.armed = true;
+}
+
+void pretendPlainFileSystem(bool plain) {
+    injector.plain = plain;
 }
 
 int disarm() {
@@ -161,6 +173,10 @@ int fsync(int descriptor) {
     return 0;
 }
 
+int flock(int descriptor, int operation) noexcept {
+    return callOrFail<int(int, int)>("flock", descriptor, operation);
+}
+
 int ftruncate(int descriptor, off_t length) noexcept {
     return callOrFail<int(int, off_t)>("ftruncate", descriptor, length);
 }
@@ -199,11 +215,19 @@ int rename(const char* from, const char* to) noexcept {
 
 int renameat2(int fromDirectory, const char* from, int toDirectory, const char* to,
               unsigned int flags) noexcept {
+    if (injector.plain && flags != 0) {
+        errno = EINVAL;
+        return -1;
+    }
     return callOrFail<int(int, const char*, int, const char*, unsigned int)>(
         "renameat2", fromDirectory, from, toDirectory, to, flags);
 }
 
 int link(const char* from, const char* to) noexcept {
+    if (injector.plain) {
+        errno = EPERM;
+        return -1;
+    }
     return callOrFail<int(const char*, const char*)>("link", from, to);
 }
 

@@ -7,6 +7,7 @@
 #pragma once
 
 #include <array>
+#include <functional>
 #include <string_view>
 
 namespace fault_injector {
@@ -17,6 +18,7 @@ enum class FaultKind {
     killMidway,  // a write gets half of its bytes to the file before the process ends
     fail,        // the call fails with `error` and does nothing
     shorten,     // a write or read moves half of its bytes; other calls work
+    interrupt,   // `meanwhile` happens before the call, which then works
 };
 
 struct Fault {
@@ -26,12 +28,17 @@ struct Fault {
     bool goesOn = false;
     // C functions that fail, as {"link", "rename"}; without names all of them.
     std::array<std::string_view, 2> names = {};
+    std::function<void()> meanwhile = {};
 };
 
 // The exit status of a process that a fault has killed.
 inline constexpr int killedStatus = 66;
 
 void arm(const Fault& fault);
+
+// From now on, armed or not, the file system has neither hard links nor renames that spare what is
+// there, as those of many cards; until it is called with false.
+void pretendPlainFileSystem(bool plain);
 
 // Ends counting and faults. The number of calls since arming.
 int disarm();

@@ -100,12 +100,17 @@ TEST_F(Directories, OnlyRegularFilesCanBeRead) {
     ASSERT_EQ(0, mkfifo("fifo", 0600));
     std::filesystem::create_symlink("file", "link");
     std::filesystem::create_symlink("missing", "dangling");
+    std::filesystem::create_symlink("loop", "loop");
     EXPECT_TRUE(canReadFile("file"));
     EXPECT_TRUE(canReadFile("link"));
     EXPECT_FALSE(canReadFile("data"));
     EXPECT_FALSE(canReadFile("fifo"));
     EXPECT_FALSE(canReadFile("/dev/null"));
     EXPECT_FALSE(canReadFile("missing"));
+    for (const char* name : {"missing", "dangling", "data", "fifo", "file/below", "loop"})
+        EXPECT_EQ(services::lookUpFile(name), services::FileLookup::missing) << name;
+    EXPECT_EQ(services::lookUpFile(std::string(300, 'x')), services::FileLookup::missing);
+    EXPECT_EQ(services::lookUpFile("file"), services::FileLookup::readable);
     EXPECT_FALSE(canReadFile("dangling"));
     EXPECT_FALSE(canReadFile(""));
     EXPECT_FALSE(std::filesystem::exists("missing"));
