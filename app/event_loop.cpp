@@ -4,16 +4,17 @@
 #include "app/main_window.h"
 #include "app/menu_dispatch.h"
 #include "app/pointer_band.h"
+#include "device/index_recovery.h"
+#include "services/memory.h"
 #include "services/windows.h"
 
 namespace app {
 
 using services::EventKind;
 
-void dispatchEvent(const services::Event& event) {
-    // What a window that is closed by now has left in the queue, such as a second press of Escape,
-    // must not end the program.
-    if (event.window != services::mainWindow) return;
+namespace {
+
+void actOn(const services::Event& event) {
     switch (event.kind) {
         case EventKind::close:
             state.quit = true;
@@ -40,6 +41,23 @@ void dispatchEvent(const services::Event& event) {
         case EventKind::control:
             break;
     }
+}
+
+}  // namespace
+
+void giveUpAction() {
+    device::leaveTree();
+    for (const int window : {services::reportWindow, services::listWindow, services::limitsWindow,
+                             services::infoWindow}) {
+        services::closeWindow(window);
+    }
+}
+
+void dispatchEvent(const services::Event& event) {
+    // What a window that is closed by now has left in the queue, such as a second press of Escape,
+    // must not end the program.
+    if (event.window != services::mainWindow) return;
+    if (!services::withinMemory([&event] { actOn(event); })) giveUpAction();
 }
 
 void runEventLoop() {

@@ -8,6 +8,7 @@
 #include "charts/chart_description.h"
 #include "charts/chart_drawing.h"
 #include "services/controls.h"
+#include "services/memory.h"
 #include "services/text.h"
 #include "services/windows.h"
 #include "settings/settings_state.h"
@@ -74,11 +75,15 @@ bool openMainWindow() {
 }
 
 void redraw() {
-    charts::ShownChart shown;
-    if (charts::drawChart(state.currentChart, state.chartImage, &shown)) {
+    const bool complete = services::withinMemory([] {
+        charts::ShownChart shown;
+        if (!charts::drawChart(state.currentChart, state.chartImage, &shown)) return;
         describePicture(services::concatenate(charts::describeChart(shown), ". "_l1, keysOfBand));
-    }
+    });
+    // No picture rather than a part of one.
+    if (!complete) services::fillSurface(state.chartImage, services::white);
     showChartImage();
+    if (!complete) describePicture(charts::describeEmptyPicture());
 }
 
 void followWindow() {

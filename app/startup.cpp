@@ -1,12 +1,14 @@
 #include "app/startup.h"
 
 #include "app/app_state.h"
+#include "app/event_loop.h"
 #include "app/main_window.h"
 #include "app/menu_tree.h"
 #include "app/tree_loading.h"
 #include "device/device_tree.h"
 #include "device/index_recovery.h"
 #include "services/directories.h"
+#include "services/memory.h"
 #include "services/text.h"
 #include "services/windows.h"
 #include "settings/settings_state.h"
@@ -44,12 +46,13 @@ bool startUp(services::PathView executable) {
         settings::state.windowHeight > services::desktopHeight(0)) {
         settings::useDesktopSize();
     }
-    if (!openMainWindow()) return false;
+    bool isOpen = false;
+    if (!services::withinMemory([&isOpen] { isOpen = openMainWindow(); }) || !isOpen) return false;
     buildMenus();
     state.lastMenuItem = firstMarkedOverviewItem();
     services::keyboardShortcut(services::mainWindow, services::escapeKey, escapeItem);
     services::showWindow(services::mainWindow);
-    findTrainings();
+    if (!services::withinMemory(findTrainings)) giveUpAction();
     return true;
 }
 

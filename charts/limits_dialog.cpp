@@ -10,6 +10,7 @@
 #include "charts/limits_input.h"
 #include "services/controls.h"
 #include "services/events.h"
+#include "services/memory.h"
 #include "services/text_drawing.h"
 #include "services/windows.h"
 
@@ -131,11 +132,10 @@ LimitsInput inputOfSeries(ChartKind kind, int valueNumber) {
 
 // The figures that the data have without limits. The stored limits stay: only accepting changes
 // them.
-LimitsInput inputWithoutLimits(ChartKind kind, int valueNumber) {
+void takeInputWithoutLimits(ChartKind kind, int valueNumber, LimitsInput& input) {
     const Limits stored = std::exchange(limitsOf(valueNumber), Limits{});
-    LimitsInput input = inputOfSeries(kind, valueNumber);
+    static_cast<void>(services::withinMemory([&] { input = inputOfSeries(kind, valueNumber); }));
     limitsOf(valueNumber) = stored;
-    return input;
 }
 
 enum class Outcome { open, accepted, cancelled };
@@ -154,7 +154,7 @@ Outcome handleControl(const services::Event& event, ChartKind kind, int valueNum
         case cancelButton:
             return Outcome::cancelled;
         case resetButton:
-            input = inputWithoutLimits(kind, valueNumber);
+            takeInputWithoutLimits(kind, valueNumber, input);
             services::setControlText(limitsWindow, lowerField, input.lowerText);
             services::setControlText(limitsWindow, upperField, input.upperText);
             return Outcome::open;

@@ -6,6 +6,7 @@
 #include "export/csv_text.h"
 #include "export/default_name.h"
 #include "export/export_state.h"
+#include "services/memory.h"
 #include "services/numbered_files.h"
 #include "services/requesters.h"
 #include "services/text.h"
@@ -30,9 +31,14 @@ services::Text nameForLoadedTraining() {
                                                       : defaultTrainingName(*training);
 }
 
-// `build` gives the file's text and is called once the file is open.
-template <typename Build>
-void saveAs(services::Path& lastDirectory, services::TextView defaultName, const Build& build) {
+void tellCantBeOpened(services::TextView shown) {
+    services::showMessage("Dateifehler"_l1, services::concatenate("Die Datei '"_l1, shown,
+                                                                  "' konnte nicht geöffnet!"_l1));
+}
+
+// `write` hands over the file's text and is called once the file is open.
+template <typename Write>
+void saveAs(services::Path& lastDirectory, services::TextView defaultName, const Write& write) {
     const services::Path chosen = services::chooseSaveFile("Name und Ort der CSV-Datei wählen"_l1,
                                                            lastDirectory, defaultName, "*.csv");
     // Up to and with the last "/"; nothing of a path without one, and of a cancelled requester's
@@ -43,15 +49,19 @@ void saveAs(services::Path& lastDirectory, services::TextView defaultName, const
 
     const services::Text shown = services::pathToText(chosen);
     if (!services::openFile(csvFile, chosen)) {
-        services::showMessage(
-            "Dateifehler"_l1,
-            services::concatenate("Die Datei '"_l1, shown, "' konnte nicht geöffnet!"_l1));
+        tellCantBeOpened(shown);
         return;
     }
-    services::writeText(csvFile, build());
+    const bool complete = services::withinMemory([&write] {
+        write([](services::TextView piece) { return services::writeText(csvFile, piece); });
+    });
     // The message that follows stands for a file on the disk.
     services::flushFile(csvFile);
     services::closeFile(csvFile);
+    if (!complete) {
+        tellCantBeOpened(shown);
+        return;
+    }
     services::showMessage(
         "Info"_l1, services::concatenate("Die Datei '"_l1, shown, "' wurde gespeichert!"_l1));
 }
@@ -60,13 +70,14 @@ void saveAs(services::Path& lastDirectory, services::TextView defaultName, const
 
 void exportIndex() {
     if (device::state.dictionary.size() == 1) return;
-    saveAs(state.indexDirectory, indexName, [] { return indexCsv(device::state.dictionary); });
+    saveAs(state.indexDirectory, indexName,
+           [](const TakePiece& take) { writeIndexCsv(device::state.dictionary, take); });
 }
 
 void exportTraining() {
     if (device::state.samples.size() <= 1) return;
     saveAs(state.trainingDirectory, nameForLoadedTraining(),
-           [] { return trainingCsv(device::state.samples); });
+           [](const TakePiece& take) { writeTrainingCsv(device::state.samples, take); });
 }
 
 }  // namespace exporting

@@ -1,5 +1,6 @@
 #include "export/csv_text.h"
 
+#include <algorithm>
 #include <cstddef>
 #include <tuple>
 
@@ -132,27 +133,68 @@ void appendFields(Text& text, Text& line, const Columns& columns, const Owner& o
 // A little more than usual lines need, so that the text is seldom moved while it grows.
 constexpr std::size_t usualLine = 120;
 
-}  // namespace
+constexpr std::size_t linesPerPiece = 8192;
 
-Text indexCsv(std::span<const device::DictionaryRecord> records) {
-    Text text;
-    Text line;
-    text.reserve((records.size() + 2) * usualLine);
+void appendHeaderOf(Text& text, Text& line, std::span<const Record>) {
     appendHeader(text, line, indexColumns);
+}
+
+void appendHeaderOf(Text& text, Text& line, std::span<const Sample>) {
+    appendHeader(text, line, trainingColumns);
+}
+
+void appendLines(Text& text, Text& line, std::span<const Record> records) {
     for (const Record& record : records) {
         if (record.selected != 0) appendFields(text, line, indexColumns, record);
     }
+}
+
+void appendLines(Text& text, Text& line, std::span<const Sample> samples) {
+    for (const Sample& sample : samples)
+        appendFields(text, line, trainingColumns, sample);
+}
+
+template <typename Owner>
+Text wholeCsv(std::span<const Owner> owners) {
+    Text text;
+    Text line;
+    text.reserve((owners.size() + 2) * usualLine);
+    appendHeaderOf(text, line, owners);
+    appendLines(text, line, owners);
     return text;
 }
 
-Text trainingCsv(std::span<const device::TrainingSample> samples) {
+template <typename Owner>
+void writeCsv(std::span<const Owner> owners, const TakePiece& take) {
     Text text;
     Text line;
-    text.reserve((samples.size() + 2) * usualLine);
-    appendHeader(text, line, trainingColumns);
-    for (const Sample& sample : samples)
-        appendFields(text, line, trainingColumns, sample);
-    return text;
+    text.reserve((std::min(owners.size(), linesPerPiece) + 2) * usualLine);
+    appendHeaderOf(text, line, owners);
+    do {
+        const std::size_t count = std::min(owners.size(), linesPerPiece);
+        appendLines(text, line, owners.first(count));
+        owners = owners.subspan(count);
+        if (!text.empty() && !take(text)) return;
+        text.clear();
+    } while (!owners.empty());
+}
+
+}  // namespace
+
+Text indexCsv(std::span<const Record> records) {
+    return wholeCsv(records);
+}
+
+Text trainingCsv(std::span<const Sample> samples) {
+    return wholeCsv(samples);
+}
+
+void writeIndexCsv(std::span<const Record> records, const TakePiece& take) {
+    writeCsv(records, take);
+}
+
+void writeTrainingCsv(std::span<const Sample> samples, const TakePiece& take) {
+    writeCsv(samples, take);
 }
 
 }  // namespace exporting

@@ -17,6 +17,7 @@
 #include "services/clock.h"
 #include "services/controls.h"
 #include "services/events.h"
+#include "services/memory.h"
 #include "services/text_drawing.h"
 #include "services/windows.h"
 
@@ -91,8 +92,12 @@ services::Text cellOfRow(int row, int column) {
     return index ? trainingCell(trainings()[*index], column) : services::Text();
 }
 
-void fill(const List& list) {
-    sortTrainings(trainings(), list.sortMode);
+void fill(List& list) {
+    // By date needs no memory.
+    if (!services::withinMemory([&list] { sortTrainings(trainings(), list.sortMode); })) {
+        list.sortMode = SortMode::byDate;
+        sortTrainings(trainings(), list.sortMode);
+    }
     services::fillList(listWindow, trainingListControl, static_cast<int>(trainings().size()),
                        cellOfRow);
 }
@@ -216,7 +221,10 @@ void dispatchControl(List& list, const Event& event) {
     const int button = event.control - firstButtonControl;
     if (event.data != services::pressed || button < 0 || button >= static_cast<int>(buttons.size()))
         return;
-    runCommand(list, buttons[static_cast<std::size_t>(button)].command);
+    const Command command = buttons[static_cast<std::size_t>(button)].command;
+    if (services::withinMemory([&list, command] { runCommand(list, command); })) return;
+    services::closeWindow(services::reportWindow);
+    fill(list);
 }
 
 // Events of other windows are dropped: the list is modal.

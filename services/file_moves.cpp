@@ -1,12 +1,14 @@
 #include "services/file_moves.h"
 
+#include <dirent.h>
+
 #include <algorithm>
+#include <array>
 #include <cstddef>
 #include <cstdio>
-#include <filesystem>
 #include <span>
-#include <system_error>
 
+#include "services/memory.h"
 #include "services/regular_files.h"
 #include "services/whole_files.h"
 
@@ -18,7 +20,9 @@ constexpr std::size_t copyBlockSize = std::size_t{1} << 20U;
 
 // What a system call says about a service the file system lacks, whichever word it chooses.
 bool isUnsupported(int error) {
-    return error == EINVAL || error == ENOSYS || error == EPERM || error == EOPNOTSUPP;
+    // Two names of one number on some systems, so no comparison of constants.
+    constexpr std::array numbers = {EINVAL, ENOSYS, EPERM, EOPNOTSUPP, ENOTSUP, EMLINK};
+    return std::find(numbers.begin(), numbers.end(), error) != numbers.end();
 }
 
 // True for anything of that name, a dangling link too. What can't be looked at counts as existing.
@@ -48,8 +52,14 @@ std::int64_t lengthOf(int descriptor) {
 bool haveSameContent(int first, int second) {
     const std::int64_t length = lengthOf(first);
     if (length < 0 || length != lengthOf(second)) return false;
-    std::vector<std::byte> firstBlock(copyBlockSize);
-    std::vector<std::byte> secondBlock(copyBlockSize);
+    std::vector<std::byte> firstBlock;
+    std::vector<std::byte> secondBlock;
+    if (!withinMemory([&] {
+            firstBlock.resize(copyBlockSize);
+            secondBlock.resize(copyBlockSize);
+        })) {
+        return false;
+    }
     for (;;) {
         const std::int64_t count = readFully(first, firstBlock);
         if (count < 0 || count != readFully(second, secondBlock)) return false;
@@ -63,7 +73,8 @@ bool haveSameContent(int first, int second) {
 // meanwhile is being changed by somebody, and half of it is no copy.
 bool copyContent(int source, int target) {
     const std::int64_t length = lengthOf(source);
-    std::vector<std::byte> block(copyBlockSize);
+    std::vector<std::byte> block;
+    if (!withinMemory([&block] { block.resize(copyBlockSize); })) return false;
     std::int64_t copied = 0;
     for (;;) {
         const std::int64_t count = readFully(source, block);
@@ -180,12 +191,18 @@ bool deleteRegularFile(PathView path) {
 }
 
 std::vector<Path> namesInDirectory(PathView directory) {
+    // Not by the standard library: its iterators end the program when memory runs out.
     std::vector<Path> names;
-    std::error_code error;
-    for (std::filesystem::directory_iterator entry(directory, error);
-         !error && entry != std::filesystem::directory_iterator(); entry.increment(error)) {
-        names.push_back(entry->path().filename().native());
-    }
+    if (!isUsablePath(directory)) return names;
+    DIR* const listed = opendir(Path(directory).c_str());
+    if (listed == nullptr) return names;
+    static_cast<void>(withinMemory([&] {
+        while (const dirent* const entry = readdir(listed)) {
+            const PathView name = entry->d_name;
+            if (name != "." && name != "..") names.emplace_back(name);
+        }
+    }));
+    closedir(listed);
     return names;
 }
 

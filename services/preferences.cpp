@@ -7,6 +7,7 @@
 
 #include "services/directories.h"
 #include "services/file_moves.h"
+#include "services/memory.h"
 #include "services/numbers.h"
 #include "services/regular_files.h"
 #include "services/text.h"
@@ -76,12 +77,15 @@ std::string bytesOfFile(PathView path) {
     const int descriptor = openRegularFile(path, O_RDONLY);
     if (descriptor == noDescriptor) return {};
     std::string bytes;
-    struct stat status = {};
-    if (fstat(descriptor, &status) == 0 && status.st_size <= preferenceFileLimit)
-        bytes.resize(static_cast<std::size_t>(status.st_size));
-    const std::int64_t count = readFully(descriptor, std::as_writable_bytes(std::span(bytes)));
+    std::int64_t count = 0;
+    const bool fits = withinMemory([&] {
+        struct stat status = {};
+        if (fstat(descriptor, &status) == 0 && status.st_size <= preferenceFileLimit)
+            bytes.resize(static_cast<std::size_t>(status.st_size));
+        count = readFully(descriptor, std::as_writable_bytes(std::span(bytes)));
+    });
     close(descriptor);
-    bytes.resize(count < 0 ? 0 : static_cast<std::size_t>(count));
+    bytes.resize(!fits || count < 0 ? 0 : static_cast<std::size_t>(count));
     return bytes;
 }
 
@@ -117,8 +121,7 @@ void removeLeftovers(PathView path) {
 
 // A new empty file, opened for writing. A leftover of that name from a run that was cut off is
 // removed.
-int createTemporaryFile(PathView path) {
-    const Path temporary = temporaryPath(path);
+int createTemporaryFile(PathView temporary) {
     deleteFile(temporary);
     return openRegularFile(temporary, O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW);
 }
@@ -198,16 +201,19 @@ Preferences openPreferences(PathView path) {
 bool createPreferences(Preferences& preferences, PathView path) {
     preferences = {};
     if (!isUsablePath(path)) return false;
-    const Path target = absolutePath(path);
+    Preferences created;
+    created.path = absolutePath(path);
+    created.unfinished = temporaryPath(created.path);
+    const Path& target = created.path;
     struct stat status = {};
     if (lstat(target.c_str(), &status) == 0 && !S_ISREG(status.st_mode) && !S_ISLNK(status.st_mode))
         return false;
     removeLeftovers(target);
-    const int descriptor = createTemporaryFile(target);
+    const int descriptor = createTemporaryFile(created.unfinished);
     if (descriptor == noDescriptor) return false;
     close(descriptor);
-    preferences.path = target;
-    preferences.changed = true;
+    created.changed = true;
+    preferences = std::move(created);
     return true;
 }
 
@@ -259,10 +265,23 @@ void preferenceComment(Preferences& preferences, TextView comment) {
         .entries.push_back({.key = {}, .value = Text(comment), .isComment = true});
 }
 
+void discardPreferences(Preferences& preferences) {
+    // Without another text, for which there may be no memory.
+    if (!preferences.unfinished.empty()) unlink(preferences.unfinished.c_str());
+    preferences = {};
+}
+
 bool closePreferences(Preferences& preferences) {
-    const Preferences closing = std::exchange(preferences, {});
-    return !closing.changed || replaceWholeFile(closing.path, temporaryPath(closing.path),
-                                                formatPreferences(closing.groups));
+    Preferences closing = std::exchange(preferences, {});
+    if (!closing.changed) return true;
+    bool written = false;
+    static_cast<void>(withinMemory([&closing, &written] {
+        if (closing.unfinished.empty()) closing.unfinished = temporaryPath(closing.path);
+        written =
+            replaceWholeFile(closing.path, closing.unfinished, formatPreferences(closing.groups));
+    }));
+    if (!written) discardPreferences(closing);
+    return written;
 }
 
 }  // namespace services

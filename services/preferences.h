@@ -31,6 +31,7 @@ inline constexpr std::size_t noPreferenceGroup = std::numeric_limits<std::size_t
 
 struct Preferences {
     Path path;
+    Path unfinished;  // what is written before it gets the name
     std::vector<PreferenceGroup> groups;
     bool changed = false;  // something to write when closed
 
@@ -75,6 +76,9 @@ Text readText(const Preferences& preferences, TextView key, TextView fallback);
 void writeInteger(Preferences& preferences, TextView key, std::int64_t value);
 void writeText(Preferences& preferences, TextView key, TextView value);
 void preferenceComment(Preferences& preferences, TextView comment);
+
+// Releases everything and writes nothing. What createPreferences has made goes.
+void discardPreferences(Preferences& preferences);
 
 // Writes the file if anything was changed or it was created, and releases everything. True when
 // nothing had to be written or everything reached the disk. The new file takes its name only when

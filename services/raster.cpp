@@ -269,19 +269,27 @@ std::uint32_t halfPixelOf(Colour colour) {
 }
 
 void resizeSurface(Surface& surface, int width, int height, double pixelRatio) {
+    const double ratio =
+        std::isfinite(pixelRatio) ? std::clamp(pixelRatio, 1.0, largestPixelRatio) : 1.0;
+    const auto deviceSize = [ratio](int logicalSize) {
+        return static_cast<int>(
+            std::min(deviceEdge(std::max(logicalSize, 0), ratio), largestDeviceSize));
+    };
+    const int deviceWidth = deviceSize(width);
+    const int deviceHeight = deviceSize(height);
+    const std::size_t count =
+        static_cast<std::size_t>(deviceWidth) * static_cast<std::size_t>(deviceHeight);
+    if (count > surface.pixels.capacity()) {
+        // A larger image needs room before anything changes; the old one is not needed any more.
+        std::vector<std::uint32_t> pixels(count);
+        surface.pixels.swap(pixels);
+    }
     surface.width = std::max(width, 0);
     surface.height = std::max(height, 0);
-    surface.pixelRatio =
-        std::isfinite(pixelRatio) ? std::clamp(pixelRatio, 1.0, largestPixelRatio) : 1.0;
-    const auto deviceSize = [&surface](int logicalSize) {
-        return static_cast<int>(
-            std::min(deviceEdge(logicalSize, surface.pixelRatio), largestDeviceSize));
-    };
-    surface.deviceWidth = deviceSize(surface.width);
-    surface.deviceHeight = deviceSize(surface.height);
-    surface.pixels.assign(static_cast<std::size_t>(surface.deviceWidth) *
-                              static_cast<std::size_t>(surface.deviceHeight),
-                          pixelOf(white));
+    surface.pixelRatio = ratio;
+    surface.deviceWidth = deviceWidth;
+    surface.deviceHeight = deviceHeight;
+    surface.pixels.assign(count, pixelOf(white));
 }
 
 void fillSurface(Surface& surface, Colour colour) {

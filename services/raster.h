@@ -55,7 +55,8 @@ struct Surface {
 
 // The image gets this size and becomes white: E(width) by E(height) device pixels. Sizes below 0
 // count as 0, ratios below 1 (or not finite) as 1, ratios above 64 as 64; more than 32,767 device
-// pixels in one direction are cut to that. Nothing else may change a surface's size or ratio.
+// pixels in one direction are cut to that. Without memory for it (std::bad_alloc) the surface stays
+// as it was. Nothing else may change a surface's size or ratio.
 void resizeSurface(Surface& surface, int width, int height, double pixelRatio);
 
 // Device pixels from the first up to but not including the last; may reach beyond any surface.

@@ -8,6 +8,7 @@
 #include "device/device_state.h"
 #include "device/device_tree.h"
 #include "services/directories.h"
+#include "services/memory.h"
 #include "services/menus.h"
 #include "services/preferences.h"
 #include "services/requesters.h"
@@ -71,10 +72,15 @@ void saveStartSettings() {
     // disk, so that a full disk costs nobody the settings of last time.
     services::Preferences preferences;
     if (!services::createPreferences(preferences, settingsPath())) return;
-    writeProgramSettings(preferences, directory);
-    writeColours(preferences);
-    writeMenuMarks(preferences);
-    if (!services::closePreferences(preferences)) return;
+    bool saved = false;
+    const bool complete = services::withinMemory([&] {
+        writeProgramSettings(preferences, directory);
+        writeColours(preferences);
+        writeMenuMarks(preferences);
+        saved = services::closePreferences(preferences);
+    });
+    if (!complete) services::discardPreferences(preferences);
+    if (!saved) return;
     services::showMessage("Preferences"_l1,
                           "Die aktuellen Einstellungen der Übersicht wurden als "
                           "Starteinstellungen gespeichert!"_l1);

@@ -1,5 +1,6 @@
 #include "services/qt/list_model.h"
 
+#include "services/memory.h"
 #include "services/qt/toolkit_state.h"
 
 namespace services::qt {
@@ -39,7 +40,14 @@ int ListModel::columnCount(const QModelIndex& parent) const {
     return parent.isValid() ? 0 : static_cast<int>(columns.size());
 }
 
+// The toolkit asks while it paints, and nothing may be thrown through it.
 QVariant ListModel::data(const QModelIndex& index, int role) const {
+    QVariant result;
+    static_cast<void>(withinMemory([&] { result = cellData(index, role); }));
+    return result;
+}
+
+QVariant ListModel::cellData(const QModelIndex& index, int role) const {
     if (!index.isValid() || !cell) return {};
     const Column& column = columns[static_cast<std::size_t>(index.column())];
     switch (role) {

@@ -22,6 +22,8 @@ class ListModel : public QAbstractTableModel {
     QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
 
   private:
+    QVariant cellData(const QModelIndex& index, int role) const;
+
     struct Column {
         QString title;
         bool rightAligned;

@@ -7,6 +7,7 @@
 #include <QSettings>
 #include <cstdlib>
 
+#include "services/memory.h"
 #include "services/qt/accessibility.h"
 #include "services/qt/toolkit_state.h"
 #include "services/windows.h"
@@ -100,7 +101,8 @@ void keepNoNotes() {
 }  // namespace
 
 void post(const Event& event) {
-    postEvent(toolkit.queue, event);
+    // The toolkit calls this from its own loops, through which nothing may be thrown.
+    if (!withinMemory([&event] { postEvent(toolkit.queue, event); })) return;
     if (toolkit.waiting != nullptr) toolkit.waiting->quit();
 }
 

@@ -275,6 +275,11 @@ void showImage(int window, int control, const Surface& surface) {
     if (image == nullptr) return;
     // A deep copy: the next drawing may be under way while this picture is still on screen.
     QImage picture(surface.deviceWidth, surface.deviceHeight, QImage::Format_RGB32);
+    // White when there is no memory for it.
+    if (picture.isNull()) {
+        image->setImage({});
+        return;
+    }
     for (int y = 0; y < surface.deviceHeight; ++y) {
         const auto* row =
             surface.pixels.data() + static_cast<std::ptrdiff_t>(y) * surface.deviceWidth;

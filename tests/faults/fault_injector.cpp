@@ -10,7 +10,9 @@
 #include <cerrno>
 #include <cstdarg>
 #include <cstdio>
+#include <cstdlib>
 #include <cstring>
+#include <new>
 #include <type_traits>
 
 #ifdef FAULT_TESTS_COUNT_COVERAGE
@@ -37,6 +39,21 @@ Injector injector;
 
 bool isFor(const Fault& fault, std::string_view name) {
     return fault.names[0].empty() || name == fault.names[0] || name == fault.names[1];
+}
+
+struct MemoryInjector {
+    bool armed = false;
+    bool goesOn = false;
+    int at = 0;
+    int allocations = 0;
+};
+
+MemoryInjector memory;
+
+bool nextAllocationFails() {
+    if (!memory.armed) return false;
+    const int allocation = memory.allocations++;
+    return memory.at >= 0 && (allocation == memory.at || (memory.goesOn && allocation > memory.at));
 }
 
 // What the next call is to do instead of its work.
@@ -90,6 +107,15 @@ void pretendPlainFileSystem(bool plain) {
     injector.plain = plain;
 }
 
+void armMemory(int at, bool goesOn) {
+    memory = {.armed = true, .goesOn = goesOn, .at = at, .allocations = 0};
+}
+
+int disarmMemory() {
+    memory.armed = false;
+    return memory.allocations;
+}
+
 int disarm() {
     injector.armed = false;
     return injector.calls;
@@ -118,6 +144,22 @@ using fault_injector::FaultKind;
 using fault_injector::injector;
 using fault_injector::nextCall;
 using fault_injector::real;
+
+// The other forms of new call this one.
+void* operator new(std::size_t size) {
+    void* const allocated =
+        fault_injector::nextAllocationFails() ? nullptr : std::malloc(size == 0 ? 1 : size);
+    if (allocated == nullptr) throw std::bad_alloc();
+    return allocated;
+}
+
+void operator delete(void* allocated) noexcept {
+    std::free(allocated);
+}
+
+void operator delete(void* allocated, std::size_t) noexcept {
+    std::free(allocated);
+}
 
 extern "C" {
 

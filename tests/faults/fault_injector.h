@@ -40,6 +40,11 @@ void arm(const Fault& fault);
 // there, as those of many cards; until it is called with false.
 void pretendPlainFileSystem(bool plain);
 
+// The same for memory: every allocation is counted from 0, and the one of number `at` (and all
+// later ones, when it goes on) finds none. Never with at = -1.
+void armMemory(int at, bool goesOn);
+int disarmMemory();
+
 // Ends counting and faults. The number of calls since arming.
 int disarm();
 

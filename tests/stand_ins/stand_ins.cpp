@@ -165,8 +165,9 @@ void showWindow(int window) {
 void closeWindow(int window) {
     const auto found = world.windows.find(window);
     if (found == world.windows.end()) return;
-    world.closedWindows[window] = found->second;
-    world.windows.erase(found);
+    // Moved as it is: closing a window must work without any memory.
+    world.closedWindows.erase(window);
+    world.closedWindows.insert(world.windows.extract(found));
 }
 
 void letWindowsRepaint() {
