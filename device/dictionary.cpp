@@ -112,6 +112,8 @@ bool readAllRecords(const ReadIndex& read, std::int64_t length, Reading& reading
         if (filled / dictionaryRecordSize < wanted) return false;
         for (std::size_t i = 0; i < wanted; ++i)
             readRecord(bytes.subspan(i * dictionaryRecordSize), reading);
+        // No card of this device; the system would end a program that goes on.
+        if (!services::fitsIntoMemory(reading.kept.size() * sizeof(DictionaryRecord))) return false;
         first += static_cast<std::int64_t>(wanted);
 
         // What follows begins the next block: the file is read once, from front to end.
@@ -125,8 +127,7 @@ bool readAllRecords(const ReadIndex& read, std::int64_t length, Reading& reading
 // Nothing when the index can't be read to its end.
 std::optional<Reading> readIndex(const ReadIndex& read, std::int64_t length) {
     if (length < static_cast<std::int64_t>(dictionaryRecordSize)) return std::nullopt;
-    // More records than memory holds: no card of this device, and hours of reading.
-    if (!services::fitsIntoMemory(static_cast<std::uint64_t>(length))) return std::nullopt;
+    if (static_cast<std::uint64_t>(length) > services::longestFile) return std::nullopt;
     std::optional<Reading> result;
     static_cast<void>(services::withinMemory([&] {
         Reading reading;

@@ -7,6 +7,7 @@
 #include <stdexcept>
 #include <utility>
 
+#include "services/memory.h"
 #include "services/numbered_files.h"
 #include "services/requesters.h"
 #include "services/text.h"
@@ -21,7 +22,7 @@ constexpr int trainingFile = 0;
 constexpr std::size_t samplesPerBlock = 20'000;
 
 // Beyond this many samples a file is none of this device's: it counts the seconds of a training in
-// 32 bits. Asking for the memory anyway could take it from every other program.
+// 32 bits.
 constexpr std::int64_t sampleLimit = std::numeric_limits<std::int32_t>::max();
 
 services::TextView nameOfChosenTraining() {
@@ -35,6 +36,8 @@ services::TextView nameOfChosenTraining() {
 std::optional<std::vector<TrainingSample>> readTrainingSamples(int file, std::int64_t length) {
     const std::int64_t count = length / static_cast<std::int64_t>(trainingSampleSize);
     if (count < 1 || count > sampleLimit) return std::nullopt;
+    if (!services::fitsIntoMemory(static_cast<std::uint64_t>(count) * sizeof(TrainingSample)))
+        return std::nullopt;
     try {
         const auto wanted = static_cast<std::size_t>(count);
         std::vector<TrainingSample> samples;

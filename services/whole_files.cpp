@@ -21,7 +21,8 @@ bool isMissing(int error) {
 bool readAll(int descriptor, std::string& bytes) {
     struct stat status = {};
     if (fstat(descriptor, &status) != 0 || status.st_size < 0) return false;
-    if (!fitsIntoMemory(static_cast<std::uint64_t>(status.st_size))) return false;
+    const auto length = static_cast<std::uint64_t>(status.st_size);
+    if (length > longestFile || !fitsIntoMemory(length)) return false;
     bytes.resize(static_cast<std::size_t>(status.st_size));
     return readFully(descriptor, std::as_writable_bytes(std::span(bytes))) == status.st_size;
 }
@@ -29,8 +30,7 @@ bool readAll(int descriptor, std::string& bytes) {
 bool digestAll(int descriptor, FileDigest& digest) {
     struct stat status = {};
     if (fstat(descriptor, &status) != 0 || status.st_size < 0) return false;
-    // Nobody will read it either, and it would take hours.
-    if (!fitsIntoMemory(static_cast<std::uint64_t>(status.st_size))) return false;
+    if (static_cast<std::uint64_t>(status.st_size) > longestFile) return false;
     digest = {.state = WholeFile::State::read,
               .length = static_cast<std::uint64_t>(status.st_size),
               .hash = emptyHash};

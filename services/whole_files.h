@@ -15,6 +15,10 @@ enum class Presence { missing, there, unknown };
 // Whether something has this name, a link included. Unknown when the system can't tell.
 Presence presenceOf(PathView path);
 
+// No card's file comes near this length (8 GiB): their file systems end at 4 GiB or hold years of
+// trainings in a few megabytes. What is longer is not read, which would take minutes or hours.
+inline constexpr std::uint64_t longestFile = std::uint64_t{1} << 33U;
+
 enum class LinksAre { followed, refused };
 
 struct WholeFile {
@@ -23,8 +27,8 @@ struct WholeFile {
 };
 
 // Missing is what has no such name, and a link that leads nowhere when links are followed; a
-// refused link is not regular. Unreadable is what can't be opened or even looked at, shrinks while
-// it is read, gives a read error or does not fit into memory.
+// refused link is not regular. Unreadable is what can't be opened or even looked at, is longer than
+// longestFile, shrinks while it is read, gives a read error or does not fit into memory.
 WholeFile readWholeFile(PathView path, LinksAre links);
 
 // What lies in a file, without its bytes in memory. State, links and errors as above.

@@ -46,6 +46,18 @@ TEST_F(DictionaryGarbage, FourGibibytesOfZerosNeedNoMemoryAndHideNoRecordBehindT
     EXPECT_LT(mostMemoryUsed() - before, 64 * 1024);
 }
 
+// It would take most of an hour to read.
+TEST_F(DictionaryGarbage, ATebibyteGivesTheMessageAtOnce) {
+    writeBytes("dictionary.2", device_tests::indexRecord(7).bytes);
+    writeTrainingFile(7);
+    std::error_code error;
+    std::filesystem::resize_file("dictionary.2", 1ULL << 40U, error);
+    if (error) GTEST_SKIP() << "no sparse files here: " << error.message();
+    device_tests::expectUnreadableIndex();
+    loadDictionary();
+    EXPECT_TRUE(state.dictionaryUnreadable);
+}
+
 TEST_F(DictionaryGarbage, OnlyOnesWithoutATrainingFileDropEveryRecord) {
     writeBytes("dictionary.2", std::string(1'000'000, '\xFF'));
     loadDictionary();

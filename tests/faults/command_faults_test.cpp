@@ -914,7 +914,8 @@ TEST_F(ShortMemory, EndsSavingTheSettingsAndNoMore) {
     tryCommand(
         "save settings", [] {}, [] { choose(app::saveSettingsItem); });
     tryCommand(
-        "load settings", [] {}, [] { choose(app::reloadSettingsItem); });
+        "load settings", [] { choose(app::saveSettingsItem); },
+        [] { choose(app::reloadSettingsItem); });
 }
 
 TEST_F(ShortMemory, EndsTheBackupAndNoMore) {
