@@ -122,4 +122,42 @@ TEST(TrainingCsv, FloatsReachTheirLimits) {
     }
 }
 
+TEST(TrainingCsv, PiecesMakeTheWholeText) {
+    for (const std::size_t count : {0U, 1U, 8191U, 8192U, 8193U, 20'000U}) {
+        std::vector<device::TrainingSample> samples(count);
+        for (std::size_t i = 0; i < count; ++i)
+            samples[i].elapsedTime = static_cast<std::int32_t>(i);
+        std::string joined;
+        int pieces = 0;
+        exporting::writeTrainingCsv(samples, [&](services::TextView piece) {
+            EXPECT_FALSE(piece.empty());
+            joined += piece;
+            ++pieces;
+            return true;
+        });
+        EXPECT_TRUE(joined == exporting::trainingCsv(samples)) << count;
+        EXPECT_EQ(pieces, static_cast<int>(count / 8192 + (count % 8192 > 0 || count == 0 ? 1 : 0)))
+            << count;
+    }
+}
+
+TEST(TrainingCsv, NoPieceFollowsOneThatIsNotTaken) {
+    const std::vector<device::TrainingSample> samples(20'000);
+    int pieces = 0;
+    exporting::writeTrainingCsv(samples, [&](services::TextView) { return ++pieces < 2; });
+    EXPECT_EQ(pieces, 2);
+}
+
+TEST(IndexCsv, PiecesMakeTheWholeTextOfWhatIsSelected) {
+    std::vector<device::DictionaryRecord> records(20'000);
+    for (std::size_t i = 0; i < 100; ++i)
+        records[i * 190].selected = 1;
+    std::string joined;
+    exporting::writeIndexCsv(records, [&](services::TextView piece) {
+        joined += piece;
+        return true;
+    });
+    EXPECT_TRUE(joined == exporting::indexCsv(records));
+}
+
 }  // namespace
