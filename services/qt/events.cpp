@@ -1,6 +1,8 @@
 #include "services/events.h"
 
+#include "services/endings.h"
 #include "services/qt/toolkit_state.h"
+#include "services/windows.h"
 
 namespace services {
 
@@ -9,14 +11,28 @@ void dropWaitingEvents() {
     qt::toolkit.queue.events.clear();
 }
 
+namespace {
+
+// Whoever reads it closes that window; what waits otherwise is for windows that are to go.
+Event stepOfQuitting() {
+    const qt::ToolkitWindow* innermost = qt::innermostWindow();
+    if (innermost != nullptr && innermost->number() != mainWindow)
+        return {.kind = EventKind::close, .window = innermost->number()};
+    forgetQuit();
+    return {.kind = EventKind::menu, .item = quitItem};
+}
+
+}  // namespace
+
 Event waitEvent() {
     using qt::toolkit;
-    while (toolkit.queue.events.empty()) {
+    while (toolkit.queue.events.empty() && !isQuitAsked()) {
         QEventLoop loop;
         toolkit.waiting = &loop;
         loop.exec();
         toolkit.waiting = nullptr;
     }
+    if (isQuitAsked()) return stepOfQuitting();
     return takeEvent(toolkit.queue);
 }
 

@@ -8,6 +8,7 @@
 #include <QMessageBox>
 #include <QPushButton>
 
+#include "services/endings.h"
 #include "services/qt/places.h"
 #include "services/qt/toolkit_state.h"
 
@@ -26,6 +27,11 @@ bool tellsOfAFailure(TextView title) {
     return title == "Fehler" || title == "Dateifehler";
 }
 
+// What comes up while the program is quitting is cancelled unseen.
+int show(QDialog& dialog) {
+    return isQuitAsked() ? static_cast<int>(QDialog::Rejected) : dialog.exec();
+}
+
 Path encode(const QString& name) {
     const QByteArray bytes = QFile::encodeName(name);
     return Path(bytes.constData(), static_cast<std::size_t>(bytes.size()));
@@ -42,7 +48,7 @@ void showMessage(TextView title, TextView text) {
     prepareBox(box, title, text);
     box.setIcon(tellsOfAFailure(title) ? QMessageBox::Warning : QMessageBox::Information);
     box.addButton(QMessageBox::Ok)->setText(QStringLiteral("OK"));
-    box.exec();
+    show(box);
 }
 
 bool askYesNo(TextView title, TextView text) {
@@ -55,7 +61,7 @@ bool askYesNo(TextView title, TextView text) {
     no->setText(QStringLiteral("Nein"));
     box.setDefaultButton(no);
     box.setEscapeButton(no);
-    return box.exec() == QMessageBox::Yes;
+    return show(box) == QMessageBox::Yes;
 }
 
 Path chooseDirectory(TextView title, PathView start) {
@@ -63,7 +69,7 @@ Path chooseDirectory(TextView title, PathView start) {
     dialog.setFileMode(QFileDialog::Directory);
     dialog.setOption(QFileDialog::ShowDirsOnly);
     dialog.setSidebarUrls(qt::currentPlaces());
-    if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty()) return {};
+    if (show(dialog) != QDialog::Accepted || dialog.selectedFiles().isEmpty()) return {};
     const QFileInfo chosen(dialog.selectedFiles().constFirst());
     QString resolved = chosen.canonicalFilePath();
     if (resolved.isEmpty()) resolved = chosen.absoluteFilePath();  // it vanished in between
@@ -78,11 +84,12 @@ Path chooseSaveFile(TextView title, PathView directory, TextView name, TextView 
     dialog.setNameFilter(qt::toQString(pattern));
     dialog.setSidebarUrls(qt::currentPlaces());
     dialog.selectFile(qt::toQString(name));
-    if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty()) return {};
+    if (show(dialog) != QDialog::Accepted || dialog.selectedFiles().isEmpty()) return {};
     return encode(dialog.selectedFiles().constFirst());
 }
 
 Colour chooseColour(Colour current) {
+    if (isQuitAsked()) return current;
     const QColor chosen =
         QColorDialog::getColor(QColor(red(current), green(current), blue(current)),
                                qt::requesterOwner(), QStringLiteral("Farbe"));

@@ -1,5 +1,6 @@
 #include "services/toolkit.h"
 
+#include <QDialog>
 #include <QDir>
 #include <QIcon>
 #include <QLibraryInfo>
@@ -7,6 +8,7 @@
 #include <QSettings>
 #include <cstdlib>
 
+#include "services/endings.h"
 #include "services/memory.h"
 #include "services/qt/accessibility.h"
 #include "services/qt/toolkit_state.h"
@@ -26,13 +28,16 @@ ToolkitState toolkit;
 
 namespace {
 
-// The platform's Quit (a session that ends, the Dock, the application menu) becomes an event of the
-// loop like every other; the toolkit must not end its own loops under ours.
+// The platform's Quit (a session that ends, the Dock, the application menu) becomes what waitEvent
+// makes of it; the toolkit must not end its own loops under ours. A requester is cancelled.
 class QuitFilter : public QObject {
   protected:
     bool eventFilter(QObject* watched, QEvent* event) override {
         if (watched == toolkit.application.get() && event->type() == QEvent::Quit) {
-            post({.kind = EventKind::menu, .item = quitItem});
+            askForQuit();
+            if (toolkit.waiting != nullptr) toolkit.waiting->quit();
+            if (auto* requester = qobject_cast<QDialog*>(QApplication::activeModalWidget()))
+                requester->reject();
             return true;
         }
         return QObject::eventFilter(watched, event);
@@ -125,11 +130,15 @@ ToolkitWindow* visibleWindowOf(const QWidget* owner) {
 }  // namespace
 
 QWidget* requesterOwner() {
-    QWidget* owner = findWindow(mainWindow);
-    if (owner == nullptr) return nullptr;
-    while (QWidget* inner = visibleWindowOf(owner))
-        owner = inner;
-    return owner;
+    return innermostWindow();
+}
+
+ToolkitWindow* innermostWindow() {
+    ToolkitWindow* innermost = findWindow(mainWindow);
+    if (innermost == nullptr) return nullptr;
+    while (ToolkitWindow* inner = visibleWindowOf(innermost))
+        innermost = inner;
+    return innermost;
 }
 
 QString toQString(TextView text) {

@@ -57,6 +57,7 @@ class ToolkitWindow : public QWidget {
     // The window's size follows from that of the content and the menu bar.
     void resizeContent(int width, int height);
     void setMenuBar(std::unique_ptr<QMenuBar> bar);
+    int number() const { return window; }
 
     QWidget* content = nullptr;
     std::map<int, QWidget*> controls;
@@ -112,6 +113,9 @@ Widget* findControl(int window, int control) {
     const auto entry = found->controls.find(control);
     return entry == found->controls.end() ? nullptr : dynamic_cast<Widget*>(entry->second);
 }
+
+// The last of the windows that are open one above the other; nothing without a main window.
+ToolkitWindow* innermostWindow();
 
 // The window that a requester belongs to and that gets the keys after it: the innermost of the
 // windows that are open one above the other. Not the active one: right after a message box there
