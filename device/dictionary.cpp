@@ -297,10 +297,18 @@ void loadDictionary() {
         "Die Datei 'data\\result\\ergo_bike\\dictionary.2' ist leer oder wurde nicht gefunden!"_l1);
 }
 
+bool writeDictionaryRecords(int file, std::span<const std::size_t> indexes) {
+    std::string bytes;
+    for (const std::size_t index : indexes) {
+        if (index >= state.dictionary.size()) return false;
+        clearUnmeasured(state.dictionary[index]);
+        bytes += encodeDictionaryRecord(state.dictionary[index]);
+    }
+    return services::writeText(file, bytes);
+}
+
 bool writeDictionaryRecord(int file, std::size_t index) {
-    if (index >= state.dictionary.size()) return false;
-    clearUnmeasured(state.dictionary[index]);
-    return services::writeText(file, encodeDictionaryRecord(state.dictionary[index]));
+    return writeDictionaryRecords(file, {&index, 1});
 }
 
 bool beginChange() {

@@ -68,8 +68,9 @@ void saveDictionary(SaveMode mode);
 // for byte, the one that was loaded: another card, or one that somebody else has changed.
 bool isIndexAsLoaded();
 
-// Writes record `index` of the table at the current position of an open file. True when everything
-// was written. Sets a pulse or rpm of 1.0 to 0.0 in the table.
+// Writes records of the table, by their indexes, at the current position of an open file. True when
+// everything was written. Sets a pulse or rpm of 1.0 to 0.0 in the table.
+bool writeDictionaryRecords(int file, std::span<const std::size_t> indexes);
 bool writeDictionaryRecord(int file, std::size_t index);
 
 }  // namespace device

@@ -12,9 +12,10 @@
 #include "device/device_tree.h"
 #include "device/dictionary.h"
 #include "device/index_recovery.h"
-#include "device/training_names.h"
 #include "files/report_window.h"
+#include "files/training_copies.h"
 #include "services/directories.h"
+#include "services/endings.h"
 #include "services/file_moves.h"
 #include "services/numbered_files.h"
 #include "services/numbers.h"
@@ -86,9 +87,14 @@ void tellBackupIndexCantBeOpened() {
     }
 }
 
+// On a card that can't be written, a copy of the index may stand in for one that is missing.
+bool isCopyStandingIn() {
+    return !device::state.dictionaryUnreadable && device::isIndexAsLoaded();
+}
+
 // The capital D of these messages is not the file's name; users know them so.
 bool openIndexes() {
-    if (!services::readFile(currentIndexFile, indexName)) {
+    if (!services::readFile(currentIndexFile, indexName) && !isCopyStandingIn()) {
         services::showMessage("Fehler"_l1,
                               "Die Datei 'Dictionary.2' konnte nicht geöffnet werden!"_l1);
         return false;
@@ -136,12 +142,12 @@ void copyMissingTrainings() {
         return;
     }
     const std::vector<bool>& missing = *found;
-    for (std::size_t i = 0; i < missing.size(); ++i) {
-        const BackupMark mark =
-            missing[i] ? copyTraining(i, backupIndexFile, directory) : BackupMark::present;
-        addReportLine(backupLine(mark, device::state.dictionary[i]));
-    }
+    services::putOffEndings();
+    copyTrainings(missing, backupIndexFile, directory, [](std::size_t record, BackupMark mark) {
+        addReportLine(backupLine(mark, device::state.dictionary[record]));
+    });
     closeIndexes();
+    services::endIfAsked();
 
     // Writing a record turns a pulse or cadence that was not measured into 0 in the table. A table
     // of which nothing was written is fresh still.
@@ -153,24 +159,6 @@ void copyMissingTrainings() {
 }
 
 }  // namespace
-
-BackupMark copyTraining(std::size_t record, int indexFile, const services::Path& backupDirectory) {
-    const services::Text name = device::state.dictionary[record].fileName;
-    if (!device::isTrainingName(name) ||
-        !services::copyFile(name, services::concatenate(backupDirectory, name),
-                            services::concatenate(backupDirectory, unfinishedName(name)))) {
-        return BackupMark::failed;
-    }
-    // Behind everything, stray bytes of an odd last record included.
-    const std::int64_t end = services::lengthOfFile(indexFile);
-    if (services::seekFile(indexFile, end) && device::writeDictionaryRecord(indexFile, record) &&
-        services::flushFile(indexFile)) {
-        return BackupMark::copied;
-    }
-    // A piece of a record would shift all that are appended later.
-    if (end >= 0) services::cutFile(services::concatenate(backupDirectory, indexName), end);
-    return BackupMark::failed;
-}
 
 void copyToBackup(int mainHeight, const std::function<void()>& tableChanged) {
     if (device::state.backupDirectory.empty() || isBackupCurrent()) device::chooseBackupDirectory();

@@ -2,11 +2,7 @@
 // Nothing in the backup is ever replaced, and its index only grows.
 #pragma once
 
-#include <cstddef>
 #include <functional>
-
-#include "files/backup_plan.h"
-#include "services/paths.h"
 
 namespace files {
 
@@ -14,11 +10,5 @@ namespace files {
 // again. Returns when the report is closed; `tableChanged` is called before the report is left to
 // the reader. `mainHeight` is that of the main window.
 void copyToBackup(int mainHeight, const std::function<void()>& tableChanged);
-
-// Copies the training of one record into `backupDirectory` and appends the record to the open
-// backup index there. When either fails the index is as long as before; a complete copy of the file
-// may stay, which a later backup finds.
-BackupMark copyTraining(std::size_t record, int backupIndexFile,
-                        const services::Path& backupDirectory);
 
 }  // namespace files

@@ -34,8 +34,7 @@ std::size_t tornRecordLength(services::TextView index,
                              const std::vector<bool>& missing) {
     const services::TextView rest =
         index.substr(index.size() - index.size() % device::dictionaryRecordSize);
-    // Fewer bytes than a name has may be the beginning of anything.
-    if (rest.size() < sizeof(std::uint64_t)) return 0;
+    if (rest.empty()) return 0;
     for (std::size_t i = 0; i < records.size(); ++i) {
         if (missing[i] && device::encodeDictionaryRecord(records[i]).starts_with(rest))
             return rest.size();

@@ -16,8 +16,6 @@ namespace services {
 
 namespace {
 
-constexpr std::size_t copyBlockSize = std::size_t{1} << 20U;
-
 // What a system call says about a service the file system lacks, whichever word it chooses.
 bool isUnsupported(int error) {
     // Two names of one number on some systems, so no comparison of constants.
@@ -47,64 +45,6 @@ bool areTwoNamesOfOneFile(const Path& first, const Path& second) {
 std::int64_t lengthOf(int descriptor) {
     struct stat status = {};
     return fstat(descriptor, &status) == 0 ? std::int64_t{status.st_size} : -1;
-}
-
-bool haveSameContent(int first, int second) {
-    const std::int64_t length = lengthOf(first);
-    if (length < 0 || length != lengthOf(second)) return false;
-    std::vector<std::byte> firstBlock;
-    std::vector<std::byte> secondBlock;
-    if (!withinMemory([&] {
-            firstBlock.resize(copyBlockSize);
-            secondBlock.resize(copyBlockSize);
-        })) {
-        return false;
-    }
-    for (;;) {
-        const std::int64_t count = readFully(first, firstBlock);
-        if (count < 0 || count != readFully(second, secondBlock)) return false;
-        if (count == 0) return true;
-        if (!std::equal(firstBlock.begin(), firstBlock.begin() + count, secondBlock.begin()))
-            return false;
-    }
-}
-
-// True when as many bytes arrived as the source had at first: a file that shrinks or grows
-// meanwhile is being changed by somebody, and half of it is no copy.
-bool copyContent(int source, int target) {
-    const std::int64_t length = lengthOf(source);
-    std::vector<std::byte> block;
-    if (!withinMemory([&block] { block.resize(copyBlockSize); })) return false;
-    std::int64_t copied = 0;
-    for (;;) {
-        const std::int64_t count = readFully(source, block);
-        if (count < 0) return false;
-        if (count == 0) return copied == length;
-        if (!writeFully(target, std::span(block).first(static_cast<std::size_t>(count))))
-            return false;
-        copied += count;
-    }
-}
-
-// The times are worth keeping but no reason to fail: some mounted cards refuse them.
-void keepModificationTime(int source, int target) {
-    struct stat status = {};
-    if (fstat(source, &status) != 0) return;
-    const timespec times[2] = {{.tv_sec = 0, .tv_nsec = UTIME_OMIT}, status.st_mtim};
-    static_cast<void>(futimens(target, times));
-}
-
-bool writeCopy(int source, const Path& temporary) {
-    const int target =
-        open(temporary.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, 0666);
-    if (target < 0) return false;
-    bool complete = copyContent(source, target);
-    keepModificationTime(source, target);
-    complete = complete && flushDescriptor(target);
-    // Some file systems tell only here that the disk was full.
-    complete = close(target) == 0 && complete;
-    if (!complete) unlink(temporary.c_str());
-    return complete;
 }
 
 }  // namespace
@@ -145,25 +85,6 @@ bool renameFile(PathView from, PathView to) {
         if (result != Renaming::unsupported) return result == Renaming::done;
     }
     return false;
-}
-
-bool copyFile(PathView source, PathView target, PathView temporary) {
-    if (!isUsablePath(target) || !isUsablePath(temporary)) return false;
-    const int sourceDescriptor = openRegularFile(source, O_RDONLY | O_NOFOLLOW);
-    if (sourceDescriptor == noDescriptor) return false;
-
-    bool copied = false;
-    if (mayExist(Path(target))) {
-        const int existing = openRegularFile(target, O_RDONLY | O_NOFOLLOW);
-        copied = existing != noDescriptor && haveSameContent(sourceDescriptor, existing);
-        if (existing != noDescriptor) close(existing);
-    } else if (const Path unfinished(temporary); writeCopy(sourceDescriptor, unfinished)) {
-        copied = renameFile(unfinished, target);
-        if (!copied) unlink(unfinished.c_str());
-        copied = copied && flushDirectoryOf(target);
-    }
-    close(sourceDescriptor);
-    return copied;
 }
 
 bool cutFile(PathView path, std::int64_t length) {

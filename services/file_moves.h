@@ -1,4 +1,4 @@
-// Renaming, copying, cutting and removing single files without ever losing another one: nothing
+// Renaming, cutting and removing single files without ever losing another one: nothing
 // here replaces an existing file, and removing looks before it touches.
 #pragma once
 
@@ -12,13 +12,6 @@ namespace services {
 // True when the file has its new name. False, with both files as they were, when `to` exists
 // already or the system refuses.
 bool renameFile(PathView from, PathView to);
-
-// A whole copy with the source's modification time, on the disk when this returns true. It is
-// written as `temporary` beside the target and renamed when complete, so that no half copy ever
-// stands under the target's name; after a failure the temporary file is gone. An existing target
-// is never written: one of the same content counts as copied, any other as a failure. Only regular
-// files are copied and no link is followed to the source.
-bool copyFile(PathView source, PathView target, PathView temporary);
 
 // Cuts a regular file to its first `length` bytes and waits for the disk. A shorter file stays as
 // it is. True on success.

@@ -594,6 +594,25 @@ class BackupFaults : public CommandFaults {
             });
     }
 
+    // A process that starts the backup, and meets the fault.
+    void runBackupAgainst(const Fault& fault) {
+        openCard();
+        device::state.backupDirectory = backup.string() + "/";
+        std::fflush(nullptr);
+        const pid_t child = fork();
+        ASSERT_GE(child, 0);
+        if (child == 0) {
+            alarm(secondsForOneCommand);
+            fault_injector::arm(fault);
+            runBackup();
+            fault_injector::disarm();
+            fault_injector::leaveProcess(0);
+        }
+        int status = 0;
+        ASSERT_EQ(waitpid(child, &status, 0), child);
+        EXPECT_TRUE(WIFEXITED(status)) << "the program did not come to an end of its own";
+    }
+
     std::string before;  // the backup's index
 };
 
@@ -603,6 +622,44 @@ TEST_F(BackupFaults, LeaveANewBackupThatASecondRunCompletes) {
 
 TEST_F(BackupFaults, LeaveAGrownBackupThatASecondRunCompletes) {
     tryBackup("back up two of four", {{1}, {5}, {9}, {12}}, 2);
+}
+
+// The next backup meets a fault as well: another kill, one in the middle of the next write, or a
+// disk that is full from then on. The one after that completes it.
+TEST_F(BackupFaults, LeaveABackupThatIsCompletedAfterTwoOfThem) {
+    const std::vector<Training> list = {{1}, {5}, {9}};
+    prepareBackup(list, 0);
+    fault_injector::arm({});
+    runBackup();
+    const int calls = fault_injector::disarm();
+    std::vector<FaultKind> firstKinds;
+    for (int call = 0; call < calls; ++call)
+        firstKinds.push_back(fault_injector::wasWrite(call) ? FaultKind::killMidway
+                                                            : FaultKind::kill);
+    constexpr FaultKind secondKinds[] = {FaultKind::kill, FaultKind::killMidway, FaultKind::fail};
+    int tried = 0;
+    for (int first = 0; first < calls; ++first) {
+        // The second run has fewer calls or more; a fault beyond its last one is none.
+        for (int second = isFull() ? 0 : first % 29; second < calls + 20;
+             second += isFull() ? 1 : 29) {
+            SCOPED_TRACE("kill at " + std::to_string(first) + ", then at " +
+                         std::to_string(second));
+            prepareBackup(list, 0);
+            runBackupAgainst({.kind = firstKinds[static_cast<std::size_t>(first)], .at = first});
+            const FaultKind kind = secondKinds[second % 3];
+            runBackupAgainst({.kind = kind, .at = second, .error = ENOSPC, .goesOn = true});
+            expectSoundBackup(false);
+            openCard();
+            device::state.backupDirectory = backup.string() + "/";
+            runBackup();
+            expectSoundBackup(true);
+            ++tried;
+            if (HasFailure()) return;
+        }
+    }
+    expectEveryTraining();
+    std::printf("%-32s %4d calls  %5d faults  %5d survived\n", "back up twice into nothing", calls,
+                2 * tried, 2 * tried);
 }
 
 class SettingsFaults : public CommandFaults {

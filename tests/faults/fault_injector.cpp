@@ -5,6 +5,7 @@
 #include <fcntl.h>
 #include <sys/file.h>
 #include <sys/stat.h>
+#include <sys/vfs.h>
 #include <unistd.h>
 
 #include <cerrno>
@@ -217,6 +218,22 @@ int fsync(int descriptor) {
 
 int flock(int descriptor, int operation) noexcept {
     return callOrFail<int(int, int)>("flock", descriptor, operation);
+}
+
+int sync_file_range(int descriptor, off64_t offset, off64_t count, unsigned int flags) {
+    return callOrFail<int(int, off64_t, off64_t, unsigned int)>("sync_file_range", descriptor,
+                                                                offset, count, flags);
+}
+
+int syncfs(int descriptor) noexcept {
+    static_cast<void>(descriptor);
+    if (nextCall("syncfs") != FaultKind::fail) return 0;  // as fsync
+    errno = injector.fault.error;
+    return -1;
+}
+
+int fstatfs(int descriptor, struct statfs* status) noexcept {
+    return callOrFail<int(int, struct statfs*)>("fstatfs", descriptor, status);
 }
 
 int ftruncate(int descriptor, off_t length) noexcept {

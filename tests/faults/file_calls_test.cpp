@@ -9,7 +9,9 @@
 #include <iterator>
 #include <set>
 #include <string>
+#include <vector>
 
+#include "services/file_copies.h"
 #include "services/file_moves.h"
 #include "services/numbered_files.h"
 #include "services/preferences.h"
@@ -63,6 +65,13 @@ auto under(const Fault& fault, const Run& run) {
     const auto result = run();
     EXPECT_GT(fault_injector::disarm(), fault.at) << "the call was never made";
     return result;
+}
+
+// A group of one.
+bool copyFile(services::PathView source, services::PathView target, services::PathView temporary) {
+    services::CopyGroup group;
+    services::addCopy(group, source, target, temporary);
+    return services::completeCopies(group).front();
 }
 
 using FileCalls = stand_ins::StandInTest;
@@ -173,20 +182,62 @@ TEST_F(FileCalls, AFileThatCantBeComparedToItsCopyIsNotTakenForCopied) {
     // Two calls of fstat look at what was opened, the next two at the lengths.
     for (const Fault& fault : {failingAt(2, EIO, "fstat"), failingAt(3, EIO, "fstat"),
                                failingAt(0, EIO, "read"), failing(EIO, "read")}) {
-        EXPECT_FALSE(under(fault, [] { return services::copyFile("from", "to", "part"); }));
+        EXPECT_FALSE(under(fault, [] { return copyFile("from", "to", "part"); }));
     }
     int reads = 0;
     fault_injector::arm({.names = {"read"}});
-    EXPECT_TRUE(services::copyFile("from", "to", "part"));
+    EXPECT_TRUE(copyFile("from", "to", "part"));
     reads = fault_injector::disarm();
     for (int at = 0; at < reads; ++at) {
         EXPECT_FALSE(under(failingAt(at, EIO, "read"), [] {
-            return services::copyFile("from", "to", "part");
+            return copyFile("from", "to", "part");
         })) << at;
     }
     EXPECT_EQ(namesHere(), both);
     EXPECT_EQ(bytesOf("to"), "content");
     EXPECT_EQ(openDescriptors(), before);
+}
+
+std::vector<bool> copyGroup(const Fault& fault) {
+    for (const char* name : {"A", "B", "C"})
+        fs::remove(name);
+    return under(fault, [] {
+        services::CopyGroup group;
+        for (const std::string name : {"A", "B", "C"})
+            services::addCopy(group, "from", name, name + ".part");
+        return services::completeCopies(group);
+    });
+}
+
+TEST_F(FileCalls, CopiesAreFlushedOneByOneWhereThatCantBeDoneAtOnce) {
+    writeBytes("from", "content");
+    const std::set<std::string> all = {"from", "A", "B", "C"};
+    for (const char* call : {"fstatfs", "sync_file_range", "syncfs"}) {
+        EXPECT_EQ(copyGroup(failing(EIO, call)), (std::vector<bool>{true, true, true})) << call;
+        EXPECT_EQ(namesHere(), all) << call;
+        // Then each has to be on the disk. The directory is flushed as well, and can't be either.
+        EXPECT_EQ(copyGroup(failing(EIO, call, "fsync")), (std::vector<bool>{false, false, false}))
+            << call;
+        EXPECT_EQ(namesHere(), std::set<std::string>{"from"}) << call;
+    }
+}
+
+TEST_F(FileCalls, ACopyThatIsNotOnTheDiskLeavesTheOthersOfItsGroup) {
+    writeBytes("from", "content");
+    std::vector<std::vector<bool>> results;
+    for (int at = 0; at < 3; ++at) {
+        // Closing a source comes before every copy is written, closing the copies after all.
+        results.push_back(copyGroup(failingAt(3 + at, EIO, "close")));
+        EXPECT_EQ(namesHere().size(), 3U);
+    }
+    EXPECT_EQ(results, (std::vector<std::vector<bool>>{
+                           {false, true, true}, {true, false, true}, {true, true, false}}));
+}
+
+TEST_F(FileCalls, NamesThatAreNotOnTheDiskMakeNoCopies) {
+    writeBytes("from", "content");
+    EXPECT_EQ(copyGroup(failing(EIO, "fsync")), (std::vector<bool>{false, false, false}));
+    EXPECT_EQ(namesHere(), (std::set<std::string>{"from", "A", "B", "C"}));
 }
 
 TEST_F(FileCalls, ACutThatIsNotOnTheDiskIsAFailure) {

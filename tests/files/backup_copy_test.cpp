@@ -10,9 +10,11 @@
 #include <vector>
 
 #include "device/index_recovery.h"
+#include "files/backup_plan.h"
 #include "files/report_window.h"
 #include "services/directories.h"
 #include "services/numbered_files.h"
+#include "services/whole_files.h"
 #include "tests/files/file_size_limit.h"
 #include "tests/files/files_test.h"
 
@@ -152,6 +154,21 @@ TEST_F(BackupCopy, StrayBytesAtTheEndOfTheBackupIndexStayAndRecordsFollowThem) {
               before + device::encodeDictionaryRecord(recordOf(4, 4)));
 }
 
+// However little an interrupted backup has written of it.
+TEST_F(BackupCopy, APieceOfAMissingRecordAtTheEndOfTheBackupIndexGoes) {
+    useCard({recordOf(0x4a3f1c, 1), recordOf(0x4a3f1d, 2)});
+    const std::string first = device::encodeDictionaryRecord(recordOf(0x4a3f1c, 1));
+    const std::string second = device::encodeDictionaryRecord(recordOf(0x4a3f1d, 2));
+    for (const std::size_t length : {1U, 2U, 3U, 4U, 5U, 6U, 7U, 8U, 76U, 151U}) {
+        SCOPED_TRACE(length);
+        fs::remove(backup / nameOf(0x4a3f1d));
+        writeBytes(backup / "dictionary.2", first + second.substr(0, length));
+        copyAndClose();
+        EXPECT_EQ(lines(), line('*', 0x4a3f1c) + line('+', 0x4a3f1d));
+        EXPECT_EQ(bytesOf(backup / "dictionary.2"), first + second);
+    }
+}
+
 TEST_F(BackupCopy, AMissingBackupIndexIsMadeAndNamesNumberZero) {
     useCard({recordOf(0, 1), recordOf(1, 2)});
     ASSERT_FALSE(fs::exists(backup / "dictionary.2"));
@@ -217,26 +234,6 @@ TEST_F(BackupCopy, ARecordThatCanNotBeAppendedWholeIsTakenBack) {
     EXPECT_EQ(numbersInIndex(backup / "dictionary.2"), (Numbers{1, 2, 3}));
 }
 
-TEST_F(BackupCopy, ASourceThatVanishedSinceTheIndexWasReadIsReported) {
-    useCard({recordOf(1, 1), recordOf(2, 2)});
-    fs::remove(nameOf(1));
-    ASSERT_TRUE(services::openFile(5, (backup / "dictionary.2").string()));
-    EXPECT_EQ(files::copyTraining(0, 5, device::state.backupDirectory), files::BackupMark::failed);
-    EXPECT_EQ(services::lengthOfFile(5), 0);
-    EXPECT_EQ(files::copyTraining(1, 5, device::state.backupDirectory), files::BackupMark::copied);
-    services::closeFile(5);
-    EXPECT_EQ(namesIn(backup), (std::set<std::string>{"dictionary.2", nameOf(2)}));
-    EXPECT_EQ(numbersInIndex(backup / "dictionary.2"), Numbers{2});
-}
-
-TEST_F(BackupCopy, ABackupIndexThatCanNotBeWrittenIsReported) {
-    useCard({recordOf(1, 1)});
-    ASSERT_TRUE(services::openFile(5, (backup / "dictionary.2").string()));
-    services::closeFile(5);
-    EXPECT_EQ(files::copyTraining(0, 5, device::state.backupDirectory), files::BackupMark::failed);
-    EXPECT_EQ(fs::file_size(backup / "dictionary.2"), 0U);
-}
-
 TEST_F(BackupCopy, LeftoversOfAnInterruptedCopyAreRemovedAndNothingElse) {
     useCard({recordOf(1, 1)});
     writeBytes(backup / files::unfinishedName(nameOf(1)), "half");
@@ -270,6 +267,56 @@ TEST_F(BackupCopy, ADirectoryInPlaceOfTheBackupIndexIsReported) {
     copyAndClose();
     EXPECT_EQ(lines(), "");
     EXPECT_FALSE(fs::exists(backup / nameOf(1)));
+}
+
+// Saving the index was cut off, and now the card can't be written: its trainings are listed from
+// the copy of the index, and can be backed up.
+TEST_F(BackupCopy, ACardThatIsListedFromTheCopyOfItsIndexIsBackedUp) {
+    useCard({recordOf(1, 1), recordOf(2, 2)});
+    const std::string index = bytesOf("dictionary.2");
+    writeBytes(device::indexCopyName, device::encodeIndexCopy({.index = index}));
+    fs::remove("dictionary.2");
+    // Nothing can be written under the name that a repaired index has until it is complete.
+    fs::create_directory(device::unfinishedCopyName);
+    copyAndClose();
+    EXPECT_FALSE(fs::exists("dictionary.2"));
+    EXPECT_EQ(lines(), line('+', 1) + line('+', 2));
+    EXPECT_EQ(bytesOf(backup / "dictionary.2"), index);
+    EXPECT_EQ(bytesOf(backup / nameOf(2)), contentOf(nameOf(2)));
+}
+
+// The old index lies beside the copy.
+TEST_F(BackupCopy, ACardWithAnOldIndexBesideItsCopyIsBackedUpByTheCopy) {
+    useCard({recordOf(1, 1), recordOf(2, 2), recordOf(3, 3)});
+    const std::string old = bytesOf("dictionary.2");
+    const std::string index = old.substr(0, 152) + old.substr(2 * 152);
+    writeBytes(device::indexCopyName,
+               device::encodeIndexCopy(
+                   {.index = index, .oldLength = old.size(), .oldHash = services::hashOf(old)}));
+    fs::remove(nameOf(2));
+    writeBytes("dictionary.2", old.substr(0, 200));  // and half of it is gone
+    fs::create_directory(device::unfinishedCopyName);
+    copyAndClose();
+    EXPECT_EQ(lines(), line('+', 1) + line('+', 3));
+    EXPECT_EQ(bytesOf(backup / "dictionary.2"), index);
+}
+
+TEST_F(BackupCopy, AnotherCardInTheMiddleStopsTheCopying) {
+    useCard({recordOf(1, 1), recordOf(2, 2)});
+    world.whileRepainting = [&](int) {
+        // Not before the index is read, and then once.
+        const auto& window = world.windows[services::reportWindow];
+        if (!window.controls.at(files::reportText).text.ends_with("werden.\r")) return;
+        writeBytes("dictionary.2", device::encodeDictionaryRecord(recordOf(2, 1)));
+        writeBytes(nameOf(2), "of another card");
+    };
+    copyAndClose();
+    EXPECT_EQ(lines(), line('-', 1) + line('-', 2));
+    EXPECT_EQ(namesIn(backup), std::set<std::string>{"dictionary.2"});
+    EXPECT_EQ(fs::file_size(backup / "dictionary.2"), 0U);
+    // The table shows what is there now.
+    ASSERT_EQ(device::state.dictionary.size(), 1U);
+    EXPECT_EQ(device::state.dictionary[0].fileName, nameOf(2));
 }
 
 TEST_F(BackupCopy, AMissingCurrentIndexIsReported) {

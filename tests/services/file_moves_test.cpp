@@ -3,21 +3,17 @@
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 
-#include <chrono>
-#include <cstdint>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
 #include <set>
 #include <string>
 
-#include "tests/files/file_size_limit.h"
 #include "tests/stand_ins/stand_ins.h"
 
 namespace {
 
 namespace fs = std::filesystem;
-using files_tests::FileSizeLimit;
 using services::Renaming;
 
 void write(const fs::path& path, const std::string& content) {
@@ -126,122 +122,6 @@ TEST_F(FileMoves, AMissingFileOrAnUnusablePathCanNotBeRenamed) {
     EXPECT_FALSE(services::renameFile("from", services::PathView("to\0x", 4)));
     EXPECT_FALSE(services::renameFile("from", "missing/to"));
     EXPECT_EQ(names(), std::set<std::string>{"from"});
-}
-
-TEST_F(FileMoves, ACopyHasTheContentAndTheTimeOfItsSource) {
-    // More than one block, and not a multiple of it.
-    std::string content;
-    for (int i = 0; i < 2'500'001; ++i)
-        content += static_cast<char>(i * 31 % 251);
-    write("from", content);
-    const auto time = fs::file_time_type::clock::now() - std::chrono::hours(50'000);
-    fs::last_write_time("from", time);
-
-    EXPECT_TRUE(services::copyFile("from", "to", "to.part"));
-    EXPECT_EQ(names(), both);
-    EXPECT_TRUE(read("to") == content);
-    EXPECT_EQ(fs::last_write_time("to"), fs::last_write_time("from"));
-}
-
-TEST_F(FileMoves, AnEmptyFileIsCopiedToo) {
-    write("from", "");
-    EXPECT_TRUE(services::copyFile("from", "to", "to.part"));
-    EXPECT_EQ(names(), both);
-    EXPECT_EQ(fs::file_size("to"), 0U);
-}
-
-TEST_F(FileMoves, ATargetOfTheSameContentCountsAsCopied) {
-    write("from", "content");
-    write("to", "content");
-    const auto time = fs::file_time_type::clock::now() - std::chrono::hours(50'000);
-    fs::last_write_time("to", time);
-    EXPECT_TRUE(services::copyFile("from", "to", "to.part"));
-    EXPECT_EQ(fs::last_write_time("to"), time);
-    EXPECT_EQ(names(), both);
-}
-
-TEST_F(FileMoves, ATargetOfOtherContentIsLeftAlone) {
-    for (const std::string other : {"kontent", "contentX", "conten", ""}) {
-        write("from", "content");
-        write("to", other);
-        EXPECT_FALSE(services::copyFile("from", "to", "to.part"));
-        EXPECT_EQ(read("to"), other);
-        EXPECT_EQ(names(), both);
-    }
-}
-
-TEST_F(FileMoves, ATargetThatIsNoRegularFileIsLeftAlone) {
-    write("from", "content");
-    write("elsewhere", "content");
-    fs::create_symlink("elsewhere", "link");
-    fs::create_symlink("nowhere", "dangling");
-    fs::create_directory("directory");
-    ASSERT_EQ(mkfifo("fifo", 0600), 0);
-    for (const char* target : {"link", "dangling", "directory", "fifo"})
-        EXPECT_FALSE(services::copyFile("from", target, "part")) << target;
-    EXPECT_FALSE(fs::exists("nowhere"));
-    EXPECT_FALSE(fs::exists("part"));
-}
-
-TEST_F(FileMoves, OnlyRegularFilesAreCopiedAndNoLinkIsFollowed) {
-    write("elsewhere", "content");
-    fs::create_symlink("elsewhere", "link");
-    fs::create_directory("directory");
-    ASSERT_EQ(mkfifo("fifo", 0600), 0);
-    for (const char* source : {"link", "directory", "fifo", "missing", ""}) {
-        EXPECT_FALSE(services::copyFile(source, "to", "to.part")) << source;
-        EXPECT_FALSE(fs::exists("to"));
-        EXPECT_FALSE(fs::exists("to.part"));
-    }
-}
-
-TEST_F(FileMoves, AFullDiskLeavesNothingBehind) {
-    write("from", std::string(3000, 'x'));
-    bool copied = true;
-    {
-        const FileSizeLimit full(1000);
-        copied = services::copyFile("from", "to", "to.part");
-    }
-    EXPECT_FALSE(copied);
-    EXPECT_EQ(names(), std::set<std::string>{"from"});
-}
-
-TEST_F(FileMoves, ASourceThatDoesNotKeepItsLengthIsNoCopy) {
-    // A regular file of length 0 from which bytes come all the same.
-    ASSERT_EQ(fs::file_size("/proc/self/status"), 0U);
-    EXPECT_FALSE(services::copyFile("/proc/self/status", "to", "to.part"));
-    EXPECT_TRUE(names().empty());
-}
-
-TEST_F(FileMoves, ASourceThatCanNotBeReadToItsEndIsNoCopy) {
-    // A regular file whose first bytes can't be read.
-    ASSERT_TRUE(fs::is_regular_file("/proc/self/mem"));
-    EXPECT_FALSE(services::copyFile("/proc/self/mem", "to", "to.part"));
-    EXPECT_TRUE(names().empty());
-}
-
-TEST_F(FileMoves, AMissingTargetDirectoryLeavesNothingBehind) {
-    write("from", "content");
-    EXPECT_FALSE(services::copyFile("from", "missing/to", "missing/to.part"));
-    EXPECT_EQ(names(), std::set<std::string>{"from"});
-}
-
-TEST_F(FileMoves, UnusablePathsLeaveNothingBehind) {
-    write("from", "content");
-    for (const services::PathView path : {services::PathView(""), services::PathView("to\0x", 4)}) {
-        EXPECT_FALSE(services::copyFile("from", path, "to.part"));
-        EXPECT_FALSE(services::copyFile("from", "to", path));
-        EXPECT_FALSE(services::copyFile(path, "to", "to.part"));
-    }
-    EXPECT_EQ(names(), std::set<std::string>{"from"});
-}
-
-TEST_F(FileMoves, AnExistingTemporaryFileIsNotWritten) {
-    write("from", "content");
-    write("to.part", "somebody's");
-    EXPECT_FALSE(services::copyFile("from", "to", "to.part"));
-    EXPECT_EQ(read("to.part"), "somebody's");
-    EXPECT_FALSE(fs::exists("to"));
 }
 
 TEST_F(FileMoves, CuttingKeepsTheBeginning) {

@@ -8,7 +8,9 @@
 #include <array>
 #include <csignal>
 #include <string>
+#include <vector>
 
+#include "services/file_copies.h"
 #include "services/file_moves.h"
 #include "services/numbered_files.h"
 #include "tests/files/file_size_limit.h"
@@ -196,7 +198,9 @@ TEST_F(RegularFiles, NewFilesHaveTheRightsThatTheUsersMaskLeaves) {
         std::filesystem::remove("copied");
         EXPECT_TRUE(services::openFile(0, "opened"));
         EXPECT_TRUE(services::createFile(1, "created"));
-        EXPECT_TRUE(services::copyFile("created", "copied", "part"));
+        services::CopyGroup group;
+        EXPECT_TRUE(services::addCopy(group, "created", "copied", "part"));
+        EXPECT_EQ(services::completeCopies(group), std::vector<bool>{true});
         EXPECT_EQ(row.mode, modeOf("opened"));
         EXPECT_EQ(row.mode, modeOf("created"));
         EXPECT_EQ(row.mode, modeOf("copied"));

@@ -171,7 +171,8 @@ void closeWindow(int window) {
 }
 
 void letWindowsRepaint() {
-    ++world.repaints;
+    const int call = world.repaints++;
+    if (world.whileRepainting) world.whileRepainting(call);
 }
 
 int windowWidth(int window) {

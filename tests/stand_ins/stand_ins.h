@@ -110,7 +110,8 @@ struct World {
     std::function<void(int call)> beforeEvent;
     int eventsWaitedFor = 0;
     int repaints = 0;
-    std::map<int, WindowRecord> closedWindows;  // as they were when they closed
+    std::function<void(int call)> whileRepainting;  // counted from 0: what happens meanwhile
+    std::map<int, WindowRecord> closedWindows;      // as they were when they closed
 
     std::vector<TextCall> texts;                               // drawn since the test began
     std::function<void(const services::Surface&)> beforeText;  // sees the picture as it is then
