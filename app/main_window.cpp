@@ -44,8 +44,8 @@ bool imageHasSize(int width, int height) {
 
 // The chart without a band.
 void showChartImage() {
-    state.bandImage = {};
     services::showImage(services::mainWindow, chartImageControl, state.chartImage);
+    state.bandImage = {};
 }
 
 std::array<services::DeviceBox, 4> edgesOf(const charts::BandBox& band) {

@@ -74,6 +74,9 @@ void keyboardShortcut(int window, int key, int item);
 // focus it sends key events (item: the key, data: a KeyModifier) for Up and Down with Shift or
 // Ctrl, which repeat while they are held, and for Space and Delete alone, which don't.
 void createImageControl(int window, int control, TextView accessibleName);
+
+// The surface itself is shown, not a copy, and painted as it is whenever the window is: it has to
+// live until the control shows another or its window is closed.
 void showImage(int window, int control, const Surface& surface);
 
 // As showImage, when the picture differs from the one shown last in these boxes at most: in a time

@@ -20,6 +20,7 @@
 #include <functional>
 #include <map>
 #include <memory>
+#include <span>
 
 #include "services/events.h"
 #include "services/latin1.h"
@@ -29,13 +30,13 @@
 
 namespace services::qt {
 
-// Shows the finished picture of the chart and reports clicks and keys on it.
+// Shows the finished picture of the chart and reports clicks and keys on it. The picture is the
+// surface that was shown last, as it is whenever it is painted.
 class ImageControl : public QWidget {
   public:
     ImageControl(int windowNumber, int controlNumber, QWidget* parent);
-    void setImage(QImage picture);
-    bool showsImageOf(const Surface& surface) const;  // of its size and ratio
-    void changeImage(const Surface& surface, const DeviceBox& box);
+    void showSurface(const Surface& surface);
+    void showParts(const Surface& surface, std::span<const DeviceBox> changed);
 
   protected:
     void paintEvent(QPaintEvent* event) override;
@@ -45,7 +46,10 @@ class ImageControl : public QWidget {
   private:
     int window;
     int control;
-    QImage image;
+    QImage picture() const;
+    const Surface* shown = nullptr;
+    QSize shownSize;  // when it was shown, in device pixels
+    double shownRatio = 1.0;
 };
 
 // A window: an optional menu bar above a content area. It never closes or changes by itself, it

@@ -21,38 +21,49 @@ ImageControl::ImageControl(int windowNumber, int controlNumber, QWidget* parent)
     setFocusPolicy(Qt::StrongFocus);
 }
 
-void ImageControl::setImage(QImage picture) {
-    image = std::move(picture);
+QImage ImageControl::picture() const {
+    if (shown == nullptr || shown->pixels.empty()) return {};
+    QImage image(reinterpret_cast<const uchar*>(shown->pixels.data()), shown->deviceWidth,
+                 shown->deviceHeight, QImage::Format_RGB32);
+    image.setDevicePixelRatio(shown->pixelRatio);
+    return image;
+}
+
+void ImageControl::showSurface(const Surface& surface) {
+    shown = &surface;
+    shownSize = {surface.deviceWidth, surface.deviceHeight};
+    shownRatio = surface.pixelRatio;
     update();
 }
 
-void ImageControl::changeImage(const Surface& surface, const DeviceBox& box) {
+void ImageControl::showParts(const Surface& surface, std::span<const DeviceBox> changed) {
+    const bool isOfSameSize = shown != nullptr &&
+                              shownSize == QSize(surface.deviceWidth, surface.deviceHeight) &&
+                              shownRatio == surface.pixelRatio;
+    if (!isOfSameSize) {
+        showSurface(surface);
+        return;
+    }
+    shown = &surface;
     const auto clipped = [](std::int64_t position, int size) {
         return static_cast<int>(std::clamp<std::int64_t>(position, 0, size));
     };
-    const int left = clipped(box.left, surface.deviceWidth);
-    const int right = clipped(box.right, surface.deviceWidth);
-    const int top = clipped(box.top, surface.deviceHeight);
-    const int bottom = clipped(box.bottom, surface.deviceHeight);
-    if (left >= right || top >= bottom) return;
-    for (int y = top; y < bottom; ++y) {
-        const auto* row =
-            surface.pixels.data() + static_cast<std::ptrdiff_t>(y) * surface.deviceWidth + left;
-        std::copy_n(row, right - left, reinterpret_cast<std::uint32_t*>(image.scanLine(y)) + left);
+    for (const DeviceBox& box : changed) {
+        const int left = clipped(box.left, surface.deviceWidth);
+        const int right = clipped(box.right, surface.deviceWidth);
+        const int top = clipped(box.top, surface.deviceHeight);
+        const int bottom = clipped(box.bottom, surface.deviceHeight);
+        if (left >= right || top >= bottom) continue;
+        // All logical pixels that have a part in the box, and one more: where one of them ends
+        // within a device pixel, the toolkit's clipping may round.
+        const double s = surface.pixelRatio;
+        const QRectF logical(left / s, top / s, (right - left) / s, (bottom - top) / s);
+        update(logical.toAlignedRect().adjusted(-1, -1, 1, 1));
     }
-    // All logical pixels that have a part in the box, and one more: where one of them ends within a
-    // device pixel, the toolkit's clipping may round.
-    const double s = surface.pixelRatio;
-    const QRectF logical(left / s, top / s, (right - left) / s, (bottom - top) / s);
-    update(logical.toAlignedRect().adjusted(-1, -1, 1, 1));
-}
-
-bool ImageControl::showsImageOf(const Surface& surface) const {
-    return image.size() == QSize(surface.deviceWidth, surface.deviceHeight) &&
-           image.devicePixelRatio() == surface.pixelRatio;
 }
 
 void ImageControl::paintEvent(QPaintEvent*) {
+    const QImage image = picture();
     QPainter painter(this);
     // Between a change of size and the next drawing the picture is smaller than the control.
     if (image.isNull() || image.deviceIndependentSize() != QSizeF(size())) {
@@ -271,35 +282,14 @@ void createImageControl(int window, int control, TextView accessibleName) {
 }
 
 void showImage(int window, int control, const Surface& surface) {
-    auto* image = qt::findControl<qt::ImageControl>(window, control);
-    if (image == nullptr) return;
-    // A deep copy: the next drawing may be under way while this picture is still on screen.
-    QImage picture(surface.deviceWidth, surface.deviceHeight, QImage::Format_RGB32);
-    // White when there is no memory for it.
-    if (picture.isNull()) {
-        image->setImage({});
-        return;
-    }
-    for (int y = 0; y < surface.deviceHeight; ++y) {
-        const auto* row =
-            surface.pixels.data() + static_cast<std::ptrdiff_t>(y) * surface.deviceWidth;
-        std::copy_n(row, surface.deviceWidth,
-                    reinterpret_cast<std::uint32_t*>(picture.scanLine(y)));
-    }
-    picture.setDevicePixelRatio(surface.pixelRatio);
-    image->setImage(std::move(picture));
+    if (auto* image = qt::findControl<qt::ImageControl>(window, control))
+        image->showSurface(surface);
 }
 
 void showImageParts(int window, int control, const Surface& surface,
                     std::span<const DeviceBox> changed) {
-    auto* image = qt::findControl<qt::ImageControl>(window, control);
-    if (image == nullptr) return;
-    if (!image->showsImageOf(surface)) {
-        showImage(window, control, surface);
-        return;
-    }
-    for (const DeviceBox& box : changed)
-        image->changeImage(surface, box);
+    if (auto* image = qt::findControl<qt::ImageControl>(window, control))
+        image->showParts(surface, changed);
 }
 
 void describeControl(int window, int control, TextView accessibleDescription) {

@@ -94,15 +94,19 @@ TEST_F(PixelRatio, APictureIsShownPixelForPixelBelowTheMenuBar) {
     }
 }
 
-TEST_F(PixelRatio, APictureShownIsACopyOfItsOwn) {
+TEST_F(PixelRatio, APictureIsPaintedAsItIs) {
     open(300, 300, "Programm");
-    const Surface surface = noise();
-    Surface shown = surface;
-    services::showImage(services::mainWindow, image, shown);
-    services::fillSurface(shown, services::black);
-    services::resizeSurface(shown, 0, 0, 1);
+    Surface surface = noise();
+    services::showImage(services::mainWindow, image, surface);
     takeWaitingEvents();
-    EXPECT_EQ(0, misplacedPixels(surface, screenshot()));
+    services::fillSurface(surface, services::rgb(10, 20, 30));
+    EXPECT_EQ(0, misplacedPixels(surface, widget()->grab().toImage()));
+    services::resizeSurface(surface, 0, 0, 1);
+    services::resizeSurface(surface, 100, 100, scaleFactor());
+    EXPECT_EQ(0xFFFFFFFFU, imageWidget()->grab().toImage().pixel(0, 0));
+    services::resizeSurface(surface, 0, 0, 1);
+    EXPECT_EQ(0xFFFFFFFFU, imageWidget()->grab().toImage().pixel(0, 0));
+    services::closeWindow(services::mainWindow);
 }
 
 TEST_F(PixelRatio, AnotherScreenIsReportedAsANewSizeAndTellsItsOwnRatio) {
