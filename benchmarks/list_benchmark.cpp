@@ -1,11 +1,22 @@
-// The training list of many years: its two orders, and the cells of one screen.
+// The training list of many years: its two orders, the cells of one screen, and the window itself
+// as its user meets it, from the call to the painted pixels.
 #include <benchmark/benchmark.h>
 
+#include <QAbstractButton>
+#include <QApplication>
+#include <QScrollBar>
+#include <QTimer>
+#include <QTreeView>
+#include <algorithm>
+#include <chrono>
 #include <cstdint>
+#include <ctime>
 #include <string>
 #include <vector>
 
+#include "device/device_state.h"
 #include "device/dictionary_record.h"
+#include "files/list_window.h"
 #include "files/training_order.h"
 #include "files/training_rows.h"
 #include "services/numbers.h"
@@ -27,6 +38,90 @@ std::vector<DictionaryRecord> trainings(std::int64_t count) {
         records[i].watt = static_cast<float>(random % 300);
     }
     return records;
+}
+
+using Clock = std::chrono::steady_clock;
+
+double secondsSince(Clock::time_point start) {
+    return std::chrono::duration<double>(Clock::now() - start).count();
+}
+
+struct ListTimes {
+    double opening = 0;
+    double sorting = 0;    // by description
+    double scrolling = 0;  // the longest of all pages, by the processor's time
+};
+
+template <typename Widget>
+Widget* findIn(QWidget& window, const QString& text = {}) {
+    for (Widget* found : window.findChildren<Widget*>()) {
+        if (text.isEmpty() || found->property("text").toString() == text) return found;
+    }
+    return nullptr;
+}
+
+double longestPage(QTreeView& list) {
+    constexpr int pages = 200;
+    double longest = 0;
+    QScrollBar* bar = list.verticalScrollBar();
+    for (int i = 1; i <= pages; ++i) {
+        // What else the machine does would make the longest of so many whatever it likes.
+        const std::clock_t start = std::clock();
+        // Far apart, so that no page is like the one before it.
+        bar->setValue(static_cast<int>(std::int64_t{bar->maximum()} * i / pages));
+        list.viewport()->repaint();
+        longest = std::max(longest, static_cast<double>(std::clock() - start) / CLOCKS_PER_SEC);
+    }
+    return longest;
+}
+
+// Opens the list, sorts it, scrolls through it and closes it.
+ListTimes useList(const std::vector<DictionaryRecord>& records) {
+    device::state.dictionary = records;
+    ListTimes times;
+    int step = 0;
+    std::int32_t firstByDate = 0;
+    Clock::time_point start;
+    QTimer timer;
+    QObject::connect(&timer, &QTimer::timeout, [&] {
+        QWidget* window = nullptr;
+        for (QWidget* other : QApplication::topLevelWidgets()) {
+            if (other->isVisible() && findIn<QTreeView>(*other) != nullptr) window = other;
+        }
+        if (window == nullptr) return;
+        // What was clicked is done by the list's own loop later.
+        const std::int32_t first = device::state.dictionary.front().startDate;
+        if (step == 1 && first == firstByDate) return;
+        firstByDate = first;
+        window->repaint();
+        findIn<QTreeView>(*window)->viewport()->repaint();
+        if (step == 0) {
+            times.opening = secondsSince(start);
+            start = Clock::now();
+            findIn<QAbstractButton>(*window, QStringLiteral("Sortieren"))->click();
+        } else {
+            times.sorting = secondsSince(start);
+            times.scrolling = longestPage(*findIn<QTreeView>(*window));
+            timer.stop();
+            window->close();
+        }
+        ++step;
+    });
+    timer.start(0);
+    start = Clock::now();
+    files::openTrainingList(files::ListMode::edit, 1728, 756);
+    device::state.dictionary = {};
+    return times;
+}
+
+template <double ListTimes::*time>
+void useListWindow(benchmark::State& state) {
+    const auto records = trainings(state.range(0));
+    for (auto _ : state) {
+        const ListTimes times = useList(records);
+        if (times.scrolling == 0) state.SkipWithError("the list was not used to its end");
+        state.SetIterationTime(times.*time);
+    }
 }
 
 template <files::SortMode mode>
@@ -64,6 +159,24 @@ BENCHMARK(sortTrainings<files::SortMode::byDescription>)
     ->Arg(100'000)
     ->Unit(benchmark::kMillisecond)
     ->Complexity(benchmark::oNLogN);
+BENCHMARK(useListWindow<&ListTimes::opening>)
+    ->Name("list/opens")
+    ->Arg(100'000)
+    ->Iterations(3)
+    ->UseManualTime()
+    ->Unit(benchmark::kMillisecond);
+BENCHMARK(useListWindow<&ListTimes::sorting>)
+    ->Name("list/sorts")
+    ->Arg(100'000)
+    ->Iterations(3)
+    ->UseManualTime()
+    ->Unit(benchmark::kMillisecond);
+BENCHMARK(useListWindow<&ListTimes::scrolling>)
+    ->Name("list/longest page")
+    ->Arg(100'000)
+    ->Iterations(3)
+    ->UseManualTime()
+    ->Unit(benchmark::kMillisecond);
 BENCHMARK(cellsOfOneScreen)->Arg(50)->Unit(benchmark::kMillisecond);
 
 }  // namespace

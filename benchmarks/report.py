@@ -1,8 +1,9 @@
 #!/usr/bin/env python3
 """Writes the measured part of docs/performance.md: report.py DIRECTORY FILE
 
-DIRECTORY holds own.json, toolkit.json and cards.json as Google Benchmark writes them and peers.tsv as
-benchmarks/peers/run prints it. What stands between the two marks of FILE is replaced.
+DIRECTORY holds own.json, toolkit.json, cards.json and clock.json as Google Benchmark writes them,
+processes.json of benchmarks/processes.py, and peers.tsv as benchmarks/peers/run prints it. What stands
+between the two marks of FILE is replaced.
 """
 
 import json
@@ -32,6 +33,13 @@ CARDS = [
     ("100,000 trainings by description", "sortTrainingsByDescription/100000", None, None),
     ("the cells of 50 rows of the list", "cellsOfOneScreen/50", None, None),
 ]
+# By the clock: what waits for the disk, or for windows.
+CLOCK = [
+    ("backup of 1,000 trainings of 200 KB", "backup/command/1000", "backup/cp and sync/1000"),
+    ("list of 100,000 trainings, until it is painted", "list/opens/100000", None),
+    ("the same by description, until it is painted", "list/sorts/100000", None),
+    ("the longest of 200 pages of it (processor's time)", "list/longest page/100000", None),
+]
 PEERS = ["qcustomplot", "qwt", "gnuplot", "matplotlib"]
 
 
@@ -43,15 +51,16 @@ def processor():
     return platform.machine()
 
 
-def milliseconds(path):
-    """The median of the processor's time by benchmark name."""
+def milliseconds(path, kind="cpu_time"):
+    """The median by benchmark name, of the processor's time or of that on the clock."""
     with open(path, encoding="utf-8") as file:
         rows = json.load(file)["benchmarks"]
     times = {}
     scale = {"ns": 1e-6, "us": 1e-3, "ms": 1, "s": 1000}
     for row in rows:
         if row["run_type"] == "iteration":
-            times.setdefault(row["run_name"], []).append(row["cpu_time"] * scale[row["time_unit"]])
+            name = row["run_name"].split("/iterations:")[0]
+            times.setdefault(name, []).append(row[kind] * scale[row["time_unit"]])
     return {name: statistics.median(values) for name, values in times.items()}
 
 
@@ -101,6 +110,24 @@ def report(directory):
         mine = cards[name]
         others = [cell(cards[other], mine) if other else "–" for other in (bare, streams)]
         lines.append(f"| {text} | **{figure(mine)}** | " + " | ".join(others) + " |")
+    clock = milliseconds(f"{directory}/clock.json", "real_time")
+    lines += ["", "| by the clock | ours | `cp -r`, then `sync` of the files |", "|---|---|---|"]
+    for text, name, other in CLOCK:
+        mine = clock[name]
+        lines.append(f"| {text} | **{figure(mine)}** | {cell(clock[other], mine) if other else '–'} |")
+    with open(f"{directory}/processes.json", encoding="utf-8") as file:
+        processes = json.load(file)
+    lines += ["", "| the whole program | ours | empty window with the same menus | ratio |", "|---|---|---|---|"]
+    rows = [
+        ("from the start to the first chart of 300 trainings, ms", processes["start"], processes["empty start"]),
+        ("memory when idle, MiB", processes["idle"]["now"], processes["empty"]["now"]),
+    ]
+    for text, mine, empty in rows:
+        lines.append(f"| {text} | **{figure(mine)}** | {figure(empty)} | {mine / empty:.2f} |")
+    before, loaded = processes["before long training"], processes["long training"]
+    for text, which in (("at most", "peak"), ("when idle again", "now")):
+        more = loaded[which] - before["now"]
+        lines.append(f"| 22 values, all styles, 86,400 samples: {text} so many MiB more | **{figure(more)}** | – | – |")
     return "\n".join(lines)
 
 
