@@ -103,6 +103,15 @@ void keepNoNotes() {
         QSettings::setPath(format, QSettings::UserScope, QStringLiteral("/dev/null"));
 }
 
+// A display that is gone ends the process from within the toolkit, whose objects can't be freed any
+// more.
+void leaveToolkitAsItIs() {
+    static_cast<void>(toolkit.application.release());
+    static_cast<void>(toolkit.german.release());
+    static_cast<void>(toolkit.quitFilter.release());
+    static_cast<void>(toolkit.keyRepeats.release());
+}
+
 }  // namespace
 
 void post(const Event& event) {
@@ -165,6 +174,7 @@ void startToolkit(char* programName) {
     using qt::toolkit;
     qt::askPlatformForGerman();
     qt::keepNoNotes();
+    std::atexit(qt::leaveToolkitAsItIs);  // after stopToolkit there is nothing left to leave
     toolkit.argumentCount = 1;
     toolkit.arguments = {programName, nullptr};
     QCoreApplication::setApplicationName(QStringLiteral("Kurbelbuch"));
