@@ -143,11 +143,19 @@ void copyMissingTrainings() {
     }
     const std::vector<bool>& missing = *found;
     services::putOffEndings();
-    copyTrainings(missing, backupIndexFile, directory, [](std::size_t record, BackupMark mark) {
-        addReportLine(backupLine(mark, device::state.dictionary[record]));
-    });
-    closeIndexes();
-    services::endIfAsked();
+    const auto finish = [] {
+        closeIndexes();
+        services::endIfAsked();
+    };
+    try {
+        copyTrainings(missing, backupIndexFile, directory, [](std::size_t record, BackupMark mark) {
+            addReportLine(backupLine(mark, device::state.dictionary[record]));
+        });
+    } catch (...) {  // memory ran short
+        finish();
+        throw;
+    }
+    finish();
 
     // Writing a record turns a pulse or cadence that was not measured into 0 in the table. A table
     // of which nothing was written is fresh still.

@@ -116,16 +116,24 @@ void copyTrainings(const std::vector<bool>& missing, int backupIndexFile,
         for (; told < end; ++told)
             tell(told, marks[told]);
     };
-    for (std::size_t i = 0; i < missing.size(); ++i) {
-        if (services::isEndingAsked()) return tellUntil(i);
-        if (missing[i] && !backup.isCardGone) {
-            if (isFull(group, limits) || hasNameOf(group, i)) tellUntil(i);
-            addTraining(group, i, directory);
-            services::letWindowsRepaint();
+    const auto copyAll = [&] {
+        for (std::size_t i = 0; i < missing.size(); ++i) {
+            if (services::isEndingAsked()) return tellUntil(i);
+            if (missing[i] && !backup.isCardGone) {
+                if (isFull(group, limits) || hasNameOf(group, i)) tellUntil(i);
+                addTraining(group, i, directory);
+                services::letWindowsRepaint();
+            }
+            if (group.records.empty()) tellUntil(i + 1);
         }
-        if (group.records.empty()) tellUntil(i + 1);
+        tellUntil(missing.size());
+    };
+    try {
+        copyAll();
+    } catch (...) {  // memory ran short
+        services::dropCopies(group.copies);
+        throw;
     }
-    tellUntil(missing.size());
 }
 
 }  // namespace files

@@ -29,6 +29,7 @@ using TellMark = std::function<void(std::size_t record, BackupMark mark)>;
 //
 // The trainings of a group are taken only if the index of the working directory is then still the
 // one that was loaded: from another card comes nothing, and all that are left count as failed.
+// Throws when memory runs short, with the group at work dropped.
 void copyTrainings(const std::vector<bool>& missing, int backupIndexFile,
                    const services::Path& directory, const TellMark& tell,
                    const GroupLimits& limits = {});

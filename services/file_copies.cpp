@@ -6,11 +6,11 @@
 #endif
 
 #include <algorithm>
-#include <new>
 #include <span>
 #include <utility>
 
 #include "services/file_moves.h"
+#include "services/memory.h"
 #include "services/regular_files.h"
 #include "services/whole_files.h"
 
@@ -20,22 +20,17 @@ namespace {
 
 constexpr std::size_t copyBlockSize = std::size_t{1} << 20U;
 
-// True for anything of that name, a dangling link too. What can't be looked at counts as existing.
-bool mayExist(const Path& path) {
-    struct stat status = {};
-    return lstat(path.c_str(), &status) == 0 || errno != ENOENT;
-}
-
-std::int64_t lengthOf(int descriptor) {
-    struct stat status = {};
-    return fstat(descriptor, &status) == 0 ? std::int64_t{status.st_size} : -1;
-}
-
 bool haveSameContent(int first, int second) {
-    const std::int64_t length = lengthOf(first);
-    if (length < 0 || length != lengthOf(second)) return false;
-    std::vector<std::byte> firstBlock(copyBlockSize);
-    std::vector<std::byte> secondBlock(copyBlockSize);
+    const std::int64_t length = lengthOfDescriptor(first);
+    if (length < 0 || length != lengthOfDescriptor(second)) return false;
+    std::vector<std::byte> firstBlock;
+    std::vector<std::byte> secondBlock;
+    if (!withinMemory([&] {
+            firstBlock.resize(copyBlockSize);
+            secondBlock.resize(copyBlockSize);
+        })) {
+        return false;
+    }
     for (;;) {
         const std::int64_t count = readFully(first, firstBlock);
         if (count < 0 || count != readFully(second, secondBlock)) return false;
@@ -48,7 +43,7 @@ bool haveSameContent(int first, int second) {
 // The bytes that were copied: as many as the source had at first, or -1. A file that shrinks or
 // grows meanwhile is being changed by somebody, and half of it is no copy.
 std::int64_t copyContent(int source, int target, std::vector<std::byte>& block) {
-    const std::int64_t length = lengthOf(source);
+    const std::int64_t length = lengthOfDescriptor(source);
     std::int64_t copied = 0;
     for (;;) {
         const std::int64_t count = readFully(source, block);
@@ -60,12 +55,7 @@ std::int64_t copyContent(int source, int target, std::vector<std::byte>& block) 
 }
 
 bool hasBlock(CopyGroup& group) {
-    try {
-        group.block.resize(copyBlockSize);
-    } catch (const std::bad_alloc&) {
-        return false;
-    }
-    return true;
+    return withinMemory([&group] { group.block.resize(copyBlockSize); });
 }
 
 // The times are worth keeping but no reason to fail: some mounted cards refuse them.
@@ -193,11 +183,13 @@ bool addCopy(CopyGroup& group, PathView source, PathView target, PathView tempor
 }
 
 std::vector<bool> completeCopies(CopyGroup& group) {
+    // Memory may run short before anything is taken from the group, but not later.
+    std::vector<bool> complete;
+    complete.reserve(group.copies.size());
     std::vector<FileCopy> copies = std::exchange(group.copies, {});
     group.bytes = 0;
     // One after the other where that does not work, or to learn which of them failed.
     const bool areFlushed = copies.size() > 1 && flushAtOnce(copies);
-    std::vector<bool> complete;
     for (FileCopy& copy : copies)
         complete.push_back(closeCopy(copy, areFlushed));
     const FileCopy* named = nullptr;

@@ -4,7 +4,6 @@
 
 #include <algorithm>
 #include <array>
-#include <cstddef>
 #include <cstdio>
 #include <span>
 
@@ -23,12 +22,6 @@ bool isUnsupported(int error) {
     return std::find(numbers.begin(), numbers.end(), error) != numbers.end();
 }
 
-// True for anything of that name, a dangling link too. What can't be looked at counts as existing.
-bool mayExist(const Path& path) {
-    struct stat status = {};
-    return lstat(path.c_str(), &status) == 0 || errno != ENOENT;
-}
-
 // Two directory entries of one file, and not two spellings of one entry. Leaves errno alone.
 bool areTwoNamesOfOneFile(const Path& first, const Path& second) {
     const int error = errno;
@@ -40,11 +33,6 @@ bool areTwoNamesOfOneFile(const Path& first, const Path& second) {
                      firstStatus.st_ino == secondStatus.st_ino;
     errno = error;
     return are;
-}
-
-std::int64_t lengthOf(int descriptor) {
-    struct stat status = {};
-    return fstat(descriptor, &status) == 0 ? std::int64_t{status.st_size} : -1;
 }
 
 }  // namespace
@@ -90,7 +78,7 @@ bool renameFile(PathView from, PathView to) {
 bool cutFile(PathView path, std::int64_t length) {
     const int descriptor = openRegularFile(path, O_WRONLY);
     if (descriptor == noDescriptor) return false;
-    bool cut = lengthOf(descriptor) <= length;
+    bool cut = lengthOfDescriptor(descriptor) <= length;
     if (!cut && length >= 0) {
         int result = 0;
         do {

@@ -29,6 +29,18 @@ inline bool isUsablePath(PathView path) {
     return !path.empty() && path.find('\0') == PathView::npos;
 }
 
+// True for anything of that name, a dangling link too. What can't be looked at counts as existing.
+inline bool mayExist(const Path& path) {
+    struct stat status = {};
+    return lstat(path.c_str(), &status) == 0 || errno != ENOENT;
+}
+
+// -1 when it can't be told.
+inline std::int64_t lengthOfDescriptor(int descriptor) {
+    struct stat status = {};
+    return fstat(descriptor, &status) == 0 ? std::int64_t{status.st_size} : -1;
+}
+
 // A descriptor, or noDescriptor. Asking never waits; anything but a regular file is not even opened
 // (opening some devices has effects), and what took its place meanwhile is closed again unread.
 inline int openRegularFile(PathView path, int flags) {

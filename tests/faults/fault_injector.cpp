@@ -216,10 +216,6 @@ int fsync(int descriptor) {
     return 0;
 }
 
-int flock(int descriptor, int operation) noexcept {
-    return callOrFail<int(int, int)>("flock", descriptor, operation);
-}
-
 int sync_file_range(int descriptor, off64_t offset, off64_t count, unsigned int flags) {
     return callOrFail<int(int, off64_t, off64_t, unsigned int)>("sync_file_range", descriptor,
                                                                 offset, count, flags);

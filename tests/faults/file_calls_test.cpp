@@ -281,11 +281,10 @@ TEST_F(FileCalls, PresenceIsUnknownWhereNobodyCanLook) {
     EXPECT_EQ(under(failing(ENOTDIR, "lstat"), presence), services::Presence::missing);
 }
 
-TEST_F(FileCalls, AFileThatCantBeHeldIsNotHeldByAnother) {
-    writeBytes("file", "content");
+TEST_F(FileCalls, ADirectoryThatCantBeHeldIsNotHeldByAnother) {
     const std::size_t before = openDescriptors();
-    services::HeldFile held;
-    const auto hold = [&held] { return services::holdFile(held, "file"); };
+    services::HeldDirectory held;
+    const auto hold = [&held] { return services::holdDirectory(held, {}); };
     EXPECT_EQ(under(failing(ENOLCK, "flock"), hold), services::Holding::impossible);
     EXPECT_EQ(under(failing(EWOULDBLOCK, "flock"), hold), services::Holding::heldByAnother);
     EXPECT_EQ(openDescriptors(), before);
