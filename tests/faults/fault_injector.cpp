@@ -146,12 +146,23 @@ using fault_injector::injector;
 using fault_injector::nextCall;
 using fault_injector::real;
 
-// The other forms of new call this one.
+// All forms but the aligned ones: a sanitizer brings its own of those that are not here.
+void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
+    return fault_injector::nextAllocationFails() ? nullptr : std::malloc(size == 0 ? 1 : size);
+}
+
 void* operator new(std::size_t size) {
-    void* const allocated =
-        fault_injector::nextAllocationFails() ? nullptr : std::malloc(size == 0 ? 1 : size);
+    void* const allocated = operator new(size, std::nothrow);
     if (allocated == nullptr) throw std::bad_alloc();
     return allocated;
+}
+
+void* operator new[](std::size_t size) {
+    return operator new(size);
+}
+
+void* operator new[](std::size_t size, const std::nothrow_t&) noexcept {
+    return operator new(size, std::nothrow);
 }
 
 void operator delete(void* allocated) noexcept {
@@ -159,6 +170,22 @@ void operator delete(void* allocated) noexcept {
 }
 
 void operator delete(void* allocated, std::size_t) noexcept {
+    std::free(allocated);
+}
+
+void operator delete(void* allocated, const std::nothrow_t&) noexcept {
+    std::free(allocated);
+}
+
+void operator delete[](void* allocated) noexcept {
+    std::free(allocated);
+}
+
+void operator delete[](void* allocated, std::size_t) noexcept {
+    std::free(allocated);
+}
+
+void operator delete[](void* allocated, const std::nothrow_t&) noexcept {
     std::free(allocated);
 }
 
