@@ -12,6 +12,7 @@
 #include "device/device_state.h"
 #include "export/export_state.h"
 #include "services/latin1.h"
+#include "services/numbered_files.h"
 #include "services/text.h"
 #include "tests/export/export_fixture.h"
 #include "tests/stand_ins/stand_ins.h"
@@ -98,6 +99,21 @@ TEST_F(CsvExport, TheTrainingIsWrittenAndReported) {
     EXPECT_EQ(bytesOf("Training.csv"), trainingHeader + plainSampleLine + plainSampleLine);
     EXPECT_EQ(exporting::state.trainingDirectory, home);
     EXPECT_EQ(exporting::state.indexDirectory, "");
+}
+
+TEST_F(CsvExport, NoFileIsLeftOpen) {
+    const auto openFiles = [] {
+        const std::filesystem::directory_iterator all("/proc/self/fd");
+        return std::distance(begin(all), end(all));
+    };
+    for (int number = 0; number < services::fileNumberLimit; ++number)
+        services::closeFile(number);
+    fillTables();
+    const auto before = openFiles();
+    answer("", indexName, home + "index.csv");
+    expectSaved(home + "index.csv");
+    exportIndex();
+    EXPECT_EQ(openFiles(), before);
 }
 
 TEST_F(CsvExport, TheTablesStayAsTheyWere) {
