@@ -128,6 +128,11 @@ class Node:
         return x + width // 2, y + height // 2
 
     @property
+    def selections(self):
+        """How many pieces of its text are selected."""
+        return self.ask(PREFIX + "Text", "GetNSelections")[0]
+
+    @property
     def text(self):
         return self.ask(PREFIX + "Text", "GetText", "(ii)", 0, -1)[0]
 

@@ -191,7 +191,13 @@ class Program:
         """Replaces what stands in a field by typing."""
         self.desktop.click(field)
         wait_until(lambda: field.has("focused"), f"{field} to take keys")
-        self.press("ctrl+a")
+
+        # A busy desktop loses a key now and then just behind a click.
+        def select_all():
+            self.press("ctrl+a")
+            return not field.text or field.selections > 0
+
+        wait_until(select_all, lambda: f"{field.text!r} in {field} to be selected")
         if text:
             self.desktop.type(text)
         else:
