@@ -11,6 +11,7 @@
 #include <string>
 #include <vector>
 
+#include "services/directories.h"
 #include "services/file_copies.h"
 #include "services/file_moves.h"
 #include "services/numbered_files.h"
@@ -291,6 +292,20 @@ TEST_F(FileCalls, ADirectoryThatCantBeHeldIsNotHeldByAnother) {
     EXPECT_EQ(hold(), services::Holding::done);
     services::letGo(held);
     EXPECT_EQ(openDescriptors(), before);
+}
+
+TEST_F(FileCalls, WhetherAFileCanBeReadIsUntoldWhereNobodyCanLook) {
+    writeBytes("file", "content");
+    const auto lookUp = [] { return services::lookUpFile("file"); };
+    EXPECT_EQ(lookUp(), services::FileLookup::readable);
+    for (const int error : {EIO, EACCES, ENOMEM}) {
+        EXPECT_EQ(under(failing(error, "stat"), lookUp), services::FileLookup::untold);
+        EXPECT_EQ(under(failing(error, "access"), lookUp), services::FileLookup::untold);
+    }
+    for (const int error : {ENOENT, ENOTDIR}) {
+        EXPECT_EQ(under(failing(error, "stat"), lookUp), services::FileLookup::missing);
+        EXPECT_EQ(under(failing(error, "access"), lookUp), services::FileLookup::missing);
+    }
 }
 
 TEST_F(FileCalls, PreferencesOfUnknownLengthGiveDefaults) {
