@@ -23,6 +23,11 @@ CHARTS = [
     ("22x7 86400", "22 values, all styles, 86,400 samples"),
     ("overview 20x7 100000", "overview, 20 values, all styles, 100,000 trainings"),
 ]
+# The same charts on screens with more pixels.
+SHARP = [
+    ("22x7 7200 at 1.25", "at a pixel ratio of 1.25: 2400 × 1350 device pixels"),
+    ("22x7 7200 at 2", "at a pixel ratio of 2: 3840 × 2160 device pixels"),
+]
 # What is done with a card, and other ways to do as much.
 CARDS = [
     ("index of 10,000 trainings, every file looked for", "readIndex/10000", "openEveryTraining/10000", "streamEveryTraining/10000"),
@@ -96,6 +101,9 @@ def report(directory):
         mine = own["redraw/" + name]
         others = [toolkit.get("toolkit/" + name)] + [peers.get((name, peer)) for peer in PEERS]
         lines.append(f"| {text} | **{figure(mine)}** | " + " | ".join(cell(time, mine) for time in others) + " |")
+    lines += ["", "| 22 values, all styles, 7,200 samples, on a sharp screen | ms |", "|---|---|"]
+    for name, text in SHARP:
+        lines.append(f"| {text} | {figure(own['sharp/' + name])} |")
     lines += ["", "| a tick of the band over a chart of 22 values in all styles | ms |", "|---|---|"]
     for samples in ("7200", "86400"):
         lines.append(f"| {int(samples):,} samples | {figure(own['band/tick/' + samples])} |")
