@@ -213,7 +213,8 @@ PointBits collectCloud(const StripPoints& points, const Plot& plot, const ValueS
         computeRows(cloudRowRule(places), along.data(), count, y.data());
         for (std::size_t i = 0; i < count; ++i) {
             if (x[i] != noRow && previousY != noRow) {
-                const auto row = static_cast<std::size_t>(previousY + PointBits::rowsAbove);
+                const auto row =
+                    static_cast<std::size_t>(std::int64_t{previousY} + PointBits::rowsAbove);
                 cloud.add(cloud.column(x[i]), row / 64, std::uint64_t{1} << (row % 64));
             }
             previousY = y[i];

@@ -113,7 +113,7 @@ TEST(RasterStrip, EveryShapeOfACircleHasAStamp) {
 
                     services::PointBits points;
                     services::clearPoints(points, -30, 80, area.height);
-                    const auto row = static_cast<std::size_t>(middleY / 2 + 64);
+                    const auto row = static_cast<std::size_t>(std::int64_t{middleY} / 2 + 64);
                     points.add(points.column(middleX / 2), row / 64,
                                std::uint64_t{1} << (row % 64));
                     CoverMask stamp;
@@ -145,7 +145,8 @@ TEST(RasterStrip, StampsCoverWhatTheirMarksPaint) {
                 for (int i = 0; i < number; ++i) {
                     const int x = dice.between(firstColumn, endColumn - 1);
                     const int y = dice.between(-20, height + 20);
-                    const auto row = static_cast<std::size_t>(y + services::PointBits::rowsAbove);
+                    const auto row =
+                        static_cast<std::size_t>(std::int64_t{y} + services::PointBits::rowsAbove);
                     points.add(points.column(x), row / 64, std::uint64_t{1} << (row % 64));
                     stamp.paint(painted, x, y);
                 }
