@@ -8,7 +8,7 @@
 namespace charts {
 
 // Strips need a plot with room, so that positions along x grow from slot to slot and stay small,
-// and values of one number.
+// and values that all have equally many samples, none of them too far above the image.
 bool canPaintStrips(const services::Surface& surface, const ChartLayers& layers);
 
 // Over the whole surface.

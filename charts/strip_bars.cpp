@@ -152,7 +152,7 @@ void addBars(StripBars& bars, const StripRows& rows, services::Colour colour, co
     std::int16_t* const to = added.tops.data();
     int uneven = 0;
     for (std::size_t i = 0; i < count; ++i) {
-        const bool is = height[i] >= 1 && top[i] != noRow;
+        const bool is = isBar(top[i], height[i]);
         const int evenTop = room.bottom - (is ? height[i] : 0);
         uneven |= is && top[i] != evenTop ? 1 : 0;
         const int inImage = std::min(std::max(top[i], 0), noBar - 1);
@@ -163,8 +163,7 @@ void addBars(StripBars& bars, const StripRows& rows, services::Colour colour, co
     if (room.ratio == 1) return;
     for (std::int16_t& row : added.tops) {
         if (row == noBar) continue;
-        row = static_cast<std::int16_t>(
-            std::min<std::int64_t>(deviceEdge(row, room.ratio), noBar - 1));
+        row = static_cast<std::int16_t>(std::min<std::int64_t>(deviceEdge(row, room.ratio), noBar));
     }
 }
 

@@ -1,8 +1,9 @@
 // The half-transparent bars of all values in one strip.
 //
 // Of the bars that one value has in a column only the highest eight count: a ninth blend of one
-// colour changes nothing any more. All of them end at the plot's bottom, so that their tops tell
-// how often each row is blended, and a column has no more runs of equal rows than it has tops.
+// colour changes nothing any more. But for halves all of them end at the plot's bottom, so that
+// their tops tell how often each row is blended, and a column has no more runs of equal rows than
+// it has tops.
 #pragma once
 
 #include <cstddef>

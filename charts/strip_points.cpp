@@ -50,7 +50,7 @@ void makeStamps(StripMark& mark, int endRow, double ratio) {
     for (int row = -PointBits::rowsAbove; row < endRow + PointBits::rowsAbove; ++row)
         mark.rows.push_back(placeOf(mark, row, ratio));
     mark.hasOneShape = std::all_of(mark.rows.begin(), mark.rows.end(), [&](const MarkPlace& row) {
-        return row.shape == mark.rows.front().shape;
+        return row.shape < markShapes && row.shape == mark.rows.front().shape;
     });
 }
 
@@ -92,11 +92,29 @@ Crowd beginCrowd(StripPoints& points, const StripMark& mark, const CoverMask& ma
     return crowd;
 }
 
-// Calls addAll(add) with an add(logical row) that adds a mark in this logical column.
+void coverMark(CoverMask& mask, const StripMark& mark, int x, int y, double ratio) {
+    if (mark.squareSide == 0) {
+        services::coverCircle(mask, mark.circle, deviceMiddle(x, ratio), deviceMiddle(y, ratio));
+    } else {
+        services::coverBox(mask,
+                           services::boxPixels(ratio, x, y, mark.squareSide, mark.squareSide));
+    }
+}
+
+// Calls addAll(add) with an add(logical row) that adds a mark in this logical column. At a few odd
+// ratios, such as 13/6, rounding makes single squares of yet another size; they are covered by
+// themselves.
 template <typename AddAll>
-void addColumn(const Crowd& crowd, int column, AddAll addAll) {
+void addColumn(CoverMask& mask, const Crowd& crowd, int column, AddAll addAll) {
     const MarkPlace place = placeOf(crowd.mark, column, crowd.points.ratio);
     if (place.pixel < crowd.first || place.pixel >= crowd.end) return;
+    const auto coverRow = [&](int row) {
+        coverMark(mask, crowd.mark, column, row, crowd.points.ratio);
+    };
+    if (place.shape >= markShapes) {
+        addAll(coverRow);
+        return;
+    }
     // A few rows around the plot may be those of clamped points of a low one.
     const MarkPlace* const rows = crowd.mark.rows.data() + PointBits::rowsAbove;
     std::array<PointBits, markShapes>& bits = crowd.points.bits[place.shape];
@@ -110,7 +128,13 @@ void addColumn(const Crowd& crowd, int column, AddAll addAll) {
     std::array<ColumnWriter, markShapes> writers = {
         ColumnWriter{bits[0], bits[0].column(place.pixel)},
         ColumnWriter{bits[1], bits[1].column(place.pixel)}};
-    addAll([rows, &writers](int row) { writers[rows[row].shape].add(rows[row].pixel); });
+    addAll([&](int row) {
+        if (rows[row].shape >= markShapes) {
+            coverRow(row);
+        } else {
+            writers[rows[row].shape].add(rows[row].pixel);
+        }
+    });
     for (ColumnWriter& writer : writers)
         writer.finish();
 }
@@ -121,15 +145,6 @@ void coverCrowd(CoverMask& mask, const Crowd& crowd) {
             services::coverStamps(mask, crowd.points.bits[column][row],
                                   crowd.mark.stamps[column][row], crowd.points.room);
         }
-    }
-}
-
-void coverMark(CoverMask& mask, const StripMark& mark, int x, int y, double ratio) {
-    if (mark.squareSide == 0) {
-        services::coverCircle(mask, mark.circle, deviceMiddle(x, ratio), deviceMiddle(y, ratio));
-    } else {
-        services::coverBox(mask,
-                           services::boxPixels(ratio, x, y, mark.squareSide, mark.squareSide));
     }
 }
 
@@ -151,7 +166,7 @@ void coverSlots(CoverMask& mask, StripPoints& points, const StripMark& mark,
     }
     const Crowd crowd = beginCrowd(points, mark, mask);
     for (std::size_t g = groups.first; g < groups.end; ++g)
-        addColumn(crowd, columns[g].x, [&](auto add) { forEachRow(columns[g], add); });
+        addColumn(mask, crowd, columns[g].x, [&](auto add) { forEachRow(columns[g], add); });
     coverCrowd(mask, crowd);
 }
 
@@ -250,7 +265,7 @@ void coverStripCloud(CoverMask& mask, StripPoints& points, const PointBits& clou
     }
     const Crowd crowd = beginCrowd(points, mark, mask);
     for (int column = first; column < end; ++column)
-        addColumn(crowd, column, [&](auto add) { forEachRow(column, add); });
+        addColumn(mask, crowd, column, [&](auto add) { forEachRow(column, add); });
     coverCrowd(mask, crowd);
 }
 

@@ -26,7 +26,6 @@ std::vector<std::uint64_t> noBreaks(int height) {
 }
 
 void beginRuns(ColumnRuns& runs, int height, const std::vector<std::uint64_t>& breaks) {
-    runs.height = height;
     runs.breaks = breaks;
     runs.count = 0;
     // A run for each row, and the height.

@@ -12,7 +12,6 @@
 namespace services {
 
 struct ColumnRuns {
-    int height = 0;
     std::vector<std::uint64_t> breaks;     // a bit for each row that begins a run
     std::vector<std::uint16_t> runOfRow;   // of those rows only
     std::vector<std::uint16_t> firstRows;  // by run, and the height behind the last

@@ -280,6 +280,14 @@ TEST_F(ChartPixels, ChartsAreWhatTheReferencePainterPaints) {
 }
 
 // Every option of every value.
+void markAllOptions(ChartKind kind) {
+    const charts::ValueRange range = charts::valueRange(kind);
+    for (int value = range.first; value < range.end; ++value) {
+        for (int option = 1; option <= charts::lastMarkOption; ++option)
+            chart_tests::mark(value, static_cast<Option>(option));
+    }
+}
+
 TEST_F(ChartPixels, FullChartsAreWhatTheirMarksPaint) {
     Dice dice(5);
     for (const ChartKind kind : {ChartKind::overview, ChartKind::training}) {
@@ -287,16 +295,37 @@ TEST_F(ChartPixels, FullChartsAreWhatTheirMarksPaint) {
             SCOPED_TRACE(ratio);
             device::state.dictionary = randomRecords(dice, 700);
             device::state.samples = randomSamples(dice, 2000);
-            const charts::ValueRange range = charts::valueRange(kind);
-            for (int value = range.first; value < range.end; ++value) {
-                for (int option = 1; option <= charts::lastMarkOption; ++option) {
-                    chart_tests::mark(value, static_cast<Option>(option));
-                }
-            }
+            markAllOptions(kind);
             expectEqualPictures(kind, 500, 330, ratio, plain_chart::raster);
             clearMarks();
         }
     }
+}
+
+// Where six logical pixels are about a whole number and a half of device pixels, rounding makes
+// squares of three sizes; from a ratio of more than 4 on crowds are not stamped.
+TEST_F(ChartPixels, FullChartsOnOddScreensAreWhatTheirMarksPaint) {
+    Dice dice(8);
+    const double justBelow17To6 = std::nextafter(17.0 / 6, 0.0);
+    for (const double ratio : {7.0 / 6, 13.0 / 6, justBelow17To6, 4.0, 4.25, 5.0}) {
+        SCOPED_TRACE(ratio);
+        device::state.samples = randomSamples(dice, 1600);
+        markAllOptions(ChartKind::training);
+        expectEqualPictures(ChartKind::training, 400, 210, ratio, plain_chart::raster);
+        clearMarks();
+    }
+}
+
+// Bars that begin below the last row there is.
+TEST_F(ChartPixels, BarsOfAnImageThatIsCutAreWhatTheirMarksPaint) {
+    Dice dice(9);
+    device::state.samples = randomSamples(dice, 300);
+    for (device::TrainingSample& sample : device::state.samples)
+        sample.watt = static_cast<std::int16_t>(dice.oneOf({1, 2, 3, 500}));
+    const charts::ValueRange range = charts::valueRange(ChartKind::training);
+    for (int value = range.first; value < range.end; ++value)
+        chart_tests::mark(value, Option::bars);
+    expectEqualPictures(ChartKind::training, 150, 8300, 4, plain_chart::raster);
 }
 
 }  // namespace
