@@ -61,8 +61,11 @@ void dispatchEvent(const services::Event& event) {
 }
 
 void runEventLoop() {
-    while (!state.quit)
-        dispatchEvent(services::waitEvent());
+    while (!state.quit) {
+        services::Event event;
+        if (services::withinMemory([&event] { event = services::waitEvent(); }))
+            dispatchEvent(event);
+    }
 }
 
 }  // namespace app

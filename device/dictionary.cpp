@@ -167,13 +167,6 @@ void rememberIndexOnDisk() {
 
 // A copy that comes later is of another program that was cut off: what the index names may have
 // been renamed.
-void rememberCopy() {
-    const services::FileDigest digest =
-        services::digestOfFile(indexCopyName, services::LinksAre::refused);
-    state.copyLength = digest.length;
-    state.copyHash = digest.hash;
-}
-
 bool isCopyAsLoaded() {
     const services::FileDigest digest =
         services::digestOfFile(indexCopyName, services::LinksAre::refused);
@@ -217,6 +210,7 @@ struct Loaded {
     std::uint64_t length = 0;        // of the file, which was read unless something else was
     bool isOnDisk = true;
     bool isReadOnly = false;
+    services::FileDigest copy;  // that lay beside it
 };
 
 bool tellsWholeTrainings(const Reading& reading, std::uint64_t length) {
@@ -227,6 +221,7 @@ bool tellsWholeTrainings(const Reading& reading, std::uint64_t length) {
 Loaded readWhatThereIs() {
     Loaded loaded;
     const TakenUp taken = takeUpCopy({});
+    loaded.copy = taken.left;
     if (taken.state == TakenUp::State::unwritten) {
         // The card takes no more writing; its trainings are all there nevertheless.
         loaded.reading = readIndexBytes(taken.index);
@@ -239,8 +234,10 @@ Loaded readWhatThereIs() {
     loaded.reading = readIndexFile(indexFile, length);
     services::closeFile(indexFile);
     loaded.length = static_cast<std::uint64_t>(length);
-    loaded.isReadOnly = taken.state == TakenUp::State::unreadableCopy;
-    if (loaded.isReadOnly && loaded.reading &&
+    const bool isCopyUnreadable = taken.state == TakenUp::State::unreadableCopy;
+    // While another program changes the tree, files may have other names than they are listed by.
+    loaded.isReadOnly = isCopyUnreadable || taken.state == TakenUp::State::heldByAnother;
+    if (isCopyUnreadable && loaded.reading &&
         !tellsWholeTrainings(*loaded.reading, loaded.length)) {
         loaded.reading.reset();
     }
@@ -270,7 +267,8 @@ void takeTable(Loaded loaded) {
     state.indexHash = loaded.reading->hash;
     state.dictionary = std::move(loaded.reading->kept);
     if (!loaded.isOnDisk) rememberIndexOnDisk();
-    rememberCopy();
+    state.copyLength = loaded.copy.length;
+    state.copyHash = loaded.copy.hash;
 }
 
 }  // namespace

@@ -116,6 +116,9 @@ bool layCopyBeside(std::string_view newIndex, std::vector<PendingRename> renames
     const LyingCopy lying = copyIn({});
     if (!lying.isKnown) return false;
     if (lying.copy && lying.copy->index == newIndex) return true;
+    // One that the last load could not settle tells what the index should be: the next load does
+    // it.
+    if (lying.copy && state.copyLength > 0) return false;
     const services::FileDigest old =
         services::digestOfFile(indexName, services::LinksAre::followed);
     if (old.state == WholeFile::State::unreadable) return false;
@@ -136,8 +139,14 @@ TakenUp takeUpCopy(PathView directory) {
     TakenUp taken{.state = TakenUp::State::unknown};
     static_cast<void>(services::withinMemory([&] {
         // What another program does to the tree is its own to finish.
-        const bool isFree = services::holdDirectory(held, directory) != Holding::heldByAnother;
-        taken = isFree ? takeUp(directory) : TakenUp();
+        if (services::holdDirectory(held, directory) == Holding::heldByAnother) {
+            taken.state = TakenUp::State::heldByAnother;
+            return;
+        }
+        taken = takeUp(directory);
+        // Before anybody else can lay one.
+        taken.left = services::digestOfFile(services::concatenate(directory, indexCopyName),
+                                            services::LinksAre::refused);
     }));
     services::letGo(held);
     return taken;

@@ -9,6 +9,7 @@
 
 #include "device/index_copy.h"
 #include "services/paths.h"
+#include "services/whole_files.h"
 
 namespace device {
 
@@ -34,9 +35,11 @@ struct TakenUp {
         nothing,         // the index is what it should be, or there is no complete copy
         unwritten,       // it should be `index`, but can't be written; the copy stays
         unreadableCopy,  // there may be a copy, and it can't be read
+        heldByAnother,   // another program is changing the tree: nothing was looked at
         unknown,         // the card does not tell what else there is to take up, or memory is short
     } state = State::nothing;
     std::string index = {};
+    services::FileDigest left = {};  // of the copy that lies there afterwards
 };
 
 // Takes up what a command that was cut off has left: completes its renames as far as they can be,

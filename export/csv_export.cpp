@@ -55,7 +55,7 @@ void saveAs(services::Path& lastDirectory, services::TextView defaultName, const
     const bool complete = services::withinMemory([&write] {
         write([](services::TextView piece) { return services::writeText(csvFile, piece); });
     });
-    // The message that follows stands for a file on the disk.
+    // The message that follows says no more than that, but it had better be true.
     services::flushFile(csvFile);
     services::closeFile(csvFile);
     if (!complete) {

@@ -21,6 +21,7 @@
 #include "services/numbers.h"
 #include "services/requesters.h"
 #include "services/text.h"
+#include "services/whole_files.h"
 
 namespace files {
 
@@ -92,22 +93,45 @@ bool isCopyStandingIn() {
     return !device::state.dictionaryUnreadable && device::isIndexAsLoaded();
 }
 
-// The capital D of these messages is not the file's name; users know them so.
-bool openIndexes() {
-    if (!services::readFile(currentIndexFile, indexName) && !isCopyStandingIn()) {
-        services::showMessage("Fehler"_l1,
-                              "Die Datei 'Dictionary.2' konnte nicht geöffnet werden!"_l1);
-        return false;
-    }
-    const services::Path& directory = device::state.backupDirectory;
+void closeIndexes(services::HeldDirectory& hold) {
+    services::closeFile(backupIndexFile);
+    services::closeFile(currentIndexFile);
+    services::letGo(hold);
+    device::leaveTree();
+}
+
+bool openBackupIndex(services::HeldDirectory& hold, const services::Path& directory) {
     // The backup may have been the card once, and a save there cut off. Not through a link: what
     // lies elsewhere is none of the backup's.
-    if (device::takeUpCopy(directory).state == device::TakenUp::State::nothing &&
-        services::openFileItself(backupIndexFile, services::concatenate(directory, indexName)))
-        return true;
+    return device::takeUpCopy(directory).state == device::TakenUp::State::nothing &&
+           services::holdDirectory(hold, directory) != services::Holding::heldByAnother &&
+           services::openFileItself(backupIndexFile, services::concatenate(directory, indexName));
+}
 
-    services::closeFile(currentIndexFile);
-    tellBackupIndexCantBeOpened();
+// The card may be its own backup: then it is held already.
+bool holdCard(const services::Path& backup) {
+    return device::holdTree() || services::isCurrentDirectory(backup);
+}
+
+// The capital D of these messages is not the file's name; users know them so.
+void tellIndexCantBeOpened() {
+    services::showMessage("Fehler"_l1, "Die Datei 'Dictionary.2' konnte nicht geöffnet werden!"_l1);
+}
+
+bool openIndexes(services::HeldDirectory& hold) {
+    const services::Path& directory = device::state.backupDirectory;
+    if (!services::readFile(currentIndexFile, indexName) && !isCopyStandingIn()) {
+        tellIndexCantBeOpened();
+        return false;
+    }
+    const bool isBackupOpen = openBackupIndex(hold, directory);
+    if (isBackupOpen && holdCard(directory)) return true;
+    closeIndexes(hold);
+    if (isBackupOpen) {
+        tellIndexCantBeOpened();
+    } else {
+        tellBackupIndexCantBeOpened();
+    }
     return false;
 }
 
@@ -126,44 +150,44 @@ std::optional<std::vector<bool>> lookWhatIsMissing(const services::Path& directo
     return missing;
 }
 
-void closeIndexes() {
-    services::closeFile(backupIndexFile);
-    services::closeFile(currentIndexFile);
+// True when records may have been written.
+bool copyWhatIsMissing(services::HeldDirectory& hold) {
+    if (!openIndexes(hold)) return false;
+    const services::Path directory = device::state.backupDirectory;
+    removeUnfinishedCopies(directory);
+    const std::optional<std::vector<bool>> missing = lookWhatIsMissing(directory);
+    if (!missing) {
+        closeIndexes(hold);
+        tellBackupIndexCantBeOpened();
+        return false;
+    }
+    services::putOffEndings();
+    copyTrainings(*missing, backupIndexFile, directory, [](std::size_t record, BackupMark mark) {
+        addReportLine(backupLine(mark, device::state.dictionary[record]));
+    });
+    return std::find(missing->begin(), missing->end(), true) != missing->end();
 }
 
 void copyMissingTrainings() {
-    if (!openIndexes()) return;
-    const services::Path directory = device::state.backupDirectory;
-    removeUnfinishedCopies(directory);
-    const std::optional<std::vector<bool>> found = lookWhatIsMissing(directory);
-    if (!found) {
-        closeIndexes();
-        tellBackupIndexCantBeOpened();
-        return;
-    }
-    const std::vector<bool>& missing = *found;
-    services::putOffEndings();
-    const auto finish = [] {
-        closeIndexes();
+    // No other program may rename what is copied, or back up into the same place, where both would
+    // write under the same names.
+    services::HeldDirectory hold;
+    const auto finish = [&hold] {
+        closeIndexes(hold);
         services::endIfAsked();
     };
+    bool isTableUsed = false;
     try {
-        copyTrainings(missing, backupIndexFile, directory, [](std::size_t record, BackupMark mark) {
-            addReportLine(backupLine(mark, device::state.dictionary[record]));
-        });
+        isTableUsed = copyWhatIsMissing(hold);
     } catch (...) {  // memory ran short
         finish();
         throw;
     }
     finish();
 
-    // Writing a record turns a pulse or cadence that was not measured into 0 in the table. A table
-    // of which nothing was written is fresh still.
-    // Nor is one read again that could not be read a moment ago, with its message.
-    if (!device::state.dictionaryUnreadable &&
-        std::find(missing.begin(), missing.end(), true) != missing.end()) {
-        device::loadDictionary();
-    }
+    // Writing a record turns a pulse or cadence that was not measured into 0 in the table. One that
+    // could not be read a moment ago is not read again, with its message.
+    if (isTableUsed && !device::state.dictionaryUnreadable) device::loadDictionary();
 }
 
 }  // namespace

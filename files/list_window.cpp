@@ -8,6 +8,7 @@
 
 #include "charts/chart_state.h"
 #include "device/device_state.h"
+#include "device/index_recovery.h"
 #include "files/backup_copy.h"
 #include "files/deletion.h"
 #include "files/list_layout.h"
@@ -223,6 +224,7 @@ void dispatchControl(List& list, const Event& event) {
         return;
     const Command command = buttons[static_cast<std::size_t>(button)].command;
     if (services::withinMemory([&list, command] { runCommand(list, command); })) return;
+    device::leaveTree();
     services::closeWindow(services::reportWindow);
     fill(list);
 }

@@ -45,6 +45,14 @@ bool canReadFile(PathView path) {
     return lookUpFile(path) == FileLookup::readable;
 }
 
+bool isCurrentDirectory(PathView path) {
+    struct stat status = {};
+    struct stat current = {};
+    return isUsablePath(path) && stat(Path(path).c_str(), &status) == 0 &&
+           stat(".", &current) == 0 && status.st_dev == current.st_dev &&
+           status.st_ino == current.st_ino;
+}
+
 bool isDirectory(PathView path) {
     struct stat status = {};
     return isUsablePath(path) && stat(Path(path).c_str(), &status) == 0 && S_ISDIR(status.st_mode);

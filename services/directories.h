@@ -11,6 +11,9 @@ Path currentDirectory();
 // True on success; on failure the working directory stays.
 bool setCurrentDirectory(PathView path);
 
+// True when this is the current one, however it is written.
+bool isCurrentDirectory(PathView path);
+
 // Owner-only access rights. False when it exists already or can't be created.
 bool createDirectory(PathView path);
 

@@ -6,6 +6,7 @@
 #endif
 
 #include <algorithm>
+#include <cerrno>
 #include <span>
 #include <utility>
 
@@ -66,12 +67,19 @@ void keepModificationTime(int source, int target) {
     static_cast<void>(futimens(target, times));
 }
 
+// A file that could not be written back is told of once, and counts as clean from then on: flushing
+// it again says nothing.
+bool tellsOfALoss(int error) {
+    return error == EIO || error == ENOSPC || error == EDQUOT;
+}
+
 // The disk works while the next file is read. No reason to fail either: it is waited for later.
-void beginFlush(int descriptor) {
+void beginFlush(FileCopy& copy) {
 #ifdef SYNC_FILE_RANGE_WRITE
-    static_cast<void>(sync_file_range(descriptor, 0, 0, SYNC_FILE_RANGE_WRITE));
+    copy.isLost =
+        sync_file_range(copy.descriptor, 0, 0, SYNC_FILE_RANGE_WRITE) != 0 && tellsOfALoss(errno);
 #else
-    static_cast<void>(descriptor);
+    static_cast<void>(copy);
 #endif
 }
 
@@ -86,9 +94,9 @@ bool writeCopy(CopyGroup& group, int source, FileCopy& copy) {
         return false;
     }
     keepModificationTime(source, target);
-    beginFlush(target);
     group.bytes += length;
     copy.descriptor = target;
+    beginFlush(copy);
     return true;
 }
 
@@ -128,22 +136,28 @@ bool canFlushAtOnce(int descriptor) {
 
 // Waits for the content of all, then once for what tells where it is: a disk takes milliseconds
 // for each of its flushes, whatever there is to flush. False when any file may not be on the disk.
-bool flushAtOnce(std::span<const FileCopy> copies) {
+bool flushAtOnce(std::span<FileCopy> copies) {
     int any = noDescriptor;
-    for (const FileCopy& copy : copies) {
+    bool areWritten = true;
+    for (FileCopy& copy : copies) {
         if (copy.descriptor == noDescriptor) continue;
         constexpr unsigned all =
             SYNC_FILE_RANGE_WAIT_BEFORE | SYNC_FILE_RANGE_WRITE | SYNC_FILE_RANGE_WAIT_AFTER;
         if (any == noDescriptor && !canFlushAtOnce(copy.descriptor)) return false;
-        if (sync_file_range(copy.descriptor, 0, 0, all) != 0) return false;
+        if (sync_file_range(copy.descriptor, 0, 0, all) != 0) {
+            copy.isLost = tellsOfALoss(errno);
+            areWritten = false;
+        }
         any = copy.descriptor;
     }
-    return any == noDescriptor || syncfs(any) == 0;
+    // The last file by itself as well: some file systems have only that bring the disk to write
+    // down what it keeps in a cache of its own.
+    return areWritten && (any == noDescriptor || (syncfs(any) == 0 && flushDescriptor(any)));
 }
 
 #else
 
-bool flushAtOnce(std::span<const FileCopy>) {
+bool flushAtOnce(std::span<FileCopy>) {
     return false;
 }
 
@@ -152,7 +166,7 @@ bool flushAtOnce(std::span<const FileCopy>) {
 // True when the copy is on the disk.
 bool closeCopy(FileCopy& copy, bool isFlushed) {
     if (copy.descriptor == noDescriptor) return false;
-    const bool flushed = isFlushed || flushDescriptor(copy.descriptor);
+    const bool flushed = !copy.isLost && (isFlushed || flushDescriptor(copy.descriptor));
     // Some file systems tell only here that the disk was full.
     const bool closed = close(copy.descriptor) == 0;
     copy.descriptor = noDescriptor;
@@ -183,12 +197,12 @@ bool addCopy(CopyGroup& group, PathView source, PathView target, PathView tempor
 }
 
 std::vector<bool> completeCopies(CopyGroup& group) {
-    // Memory may run short before anything is taken from the group, but not later.
+    // Memory had better run short before anything is taken from the group.
     std::vector<bool> complete;
     complete.reserve(group.copies.size());
     std::vector<FileCopy> copies = std::exchange(group.copies, {});
     group.bytes = 0;
-    // One after the other where that does not work, or to learn which of them failed.
+    // One after the other where that does not work, or to learn of which others nobody knows.
     const bool areFlushed = copies.size() > 1 && flushAtOnce(copies);
     for (FileCopy& copy : copies)
         complete.push_back(closeCopy(copy, areFlushed));

@@ -1,5 +1,7 @@
 #include "services/events.h"
 
+#include <QScopeGuard>
+
 #include "services/endings.h"
 #include "services/qt/toolkit_state.h"
 #include "services/windows.h"
@@ -29,8 +31,9 @@ Event waitEvent() {
     while (toolkit.queue.events.empty() && !isQuitAsked()) {
         QEventLoop loop;
         toolkit.waiting = &loop;
+        // Also when what was painted meanwhile found no memory.
+        const auto forget = qScopeGuard([] { toolkit.waiting = nullptr; });
         loop.exec();
-        toolkit.waiting = nullptr;
     }
     if (isQuitAsked()) return stepOfQuitting();
     return takeEvent(toolkit.queue);

@@ -106,6 +106,29 @@ TEST_F(IndexRecovery, WhatCantBeWrittenIsLoadedAllTheSame) {
     EXPECT_FALSE(device::isIndexAsLoaded());
 }
 
+// What it tells would be lost with it: the index on the card is not what it should be.
+TEST_F(IndexRecovery, ACopyThatCouldNotBeSettledIsNotReplacedByAnother) {
+    leaveCopy();
+    const std::string copy = bytesOf(std::string(device::indexCopyName));
+    writeBytes("dictionary.2", index.substr(0, 152));
+    {
+        const files_tests::FileSizeLimit full(100);
+        loadDictionary();
+    }
+    ASSERT_EQ(state.dictionary.size(), 3U);
+    // Now there is room, which deleting a training has made.
+    ASSERT_TRUE(device::beginChange());
+    fs::remove(nameOf(2));
+    state.dictionary[1].selected = 1;
+    saveDictionary(SaveMode::unselected);
+    EXPECT_EQ(bytesOf(std::string(device::indexCopyName)), copy);
+    EXPECT_EQ(bytesOf("dictionary.2"), index.substr(0, 152));
+    loadDictionary();
+    ASSERT_EQ(state.dictionary.size(), 2U);
+    EXPECT_EQ(state.dictionary[1].fileName, nameOf(3));
+    EXPECT_FALSE(copyLies());
+}
+
 TEST_F(IndexRecovery, WithoutRoomForACopyTheOldIndexStays) {
     writeBytes("dictionary.2", index + "rest");
     loadDictionary();
@@ -277,8 +300,12 @@ TEST_F(IndexRecovery, WhatAnotherProgramIsAtWorkOnIsLeftAlone) {
     EXPECT_TRUE(copyLies());
     EXPECT_EQ(state.dictionary.size(), 3U);
     close(theirs);
+    // It may have died between two renames: what was listed meanwhile may have other names by now.
+    EXPECT_FALSE(device::beginChange());
     loadDictionary();
     EXPECT_FALSE(copyLies());
+    EXPECT_TRUE(device::beginChange());
+    device::leaveTree();
 }
 
 TEST_F(IndexRecovery, TheTreeIsHeldFromTheFirstRenameToTheSave) {

@@ -214,12 +214,29 @@ TEST_F(FileCalls, CopiesAreFlushedOneByOneWhereThatCantBeDoneAtOnce) {
     writeBytes("from", "content");
     const std::set<std::string> all = {"from", "A", "B", "C"};
     for (const char* call : {"fstatfs", "sync_file_range", "syncfs"}) {
-        EXPECT_EQ(copyGroup(failing(EIO, call)), (std::vector<bool>{true, true, true})) << call;
+        EXPECT_EQ(copyGroup(failing(ENOSYS, call)), (std::vector<bool>{true, true, true})) << call;
         EXPECT_EQ(namesHere(), all) << call;
         // Then each has to be on the disk. The directory is flushed as well, and can't be either.
-        EXPECT_EQ(copyGroup(failing(EIO, call, "fsync")), (std::vector<bool>{false, false, false}))
+        EXPECT_EQ(copyGroup(failing(ENOSYS, call, "fsync")),
+                  (std::vector<bool>{false, false, false}))
             << call;
         EXPECT_EQ(namesHere(), std::set<std::string>{"from"}) << call;
+    }
+}
+
+// The system tells of it once: flushing the file again finds nothing to do and succeeds.
+TEST_F(FileCalls, ACopyOfWhichTheDiskHasLostAPartIsNone) {
+    writeBytes("from", "content");
+    for (const int error : {EIO, ENOSPC, EDQUOT}) {
+        EXPECT_EQ(copyGroup(failing(error, "sync_file_range")),
+                  (std::vector<bool>{false, false, false}))
+            << error;
+        EXPECT_EQ(namesHere(), std::set<std::string>{"from"}) << error;
+        // Three calls begin to write, three wait for what was written.
+        EXPECT_EQ(copyGroup(failingAt(4, error, "sync_file_range")),
+                  (std::vector<bool>{true, false, true}))
+            << error;
+        EXPECT_EQ(namesHere(), (std::set<std::string>{"from", "A", "C"})) << error;
     }
 }
 
@@ -237,7 +254,8 @@ TEST_F(FileCalls, ACopyThatIsNotOnTheDiskLeavesTheOthersOfItsGroup) {
 
 TEST_F(FileCalls, NamesThatAreNotOnTheDiskMakeNoCopies) {
     writeBytes("from", "content");
-    EXPECT_EQ(copyGroup(failing(EIO, "fsync")), (std::vector<bool>{false, false, false}));
+    // The first call is for the files.
+    EXPECT_EQ(copyGroup(failingAt(1, EIO, "fsync")), (std::vector<bool>{false, false, false}));
     EXPECT_EQ(namesHere(), (std::set<std::string>{"from", "A", "B", "C"}));
 }
 

@@ -14,6 +14,7 @@
 #include "files/report_window.h"
 #include "services/directories.h"
 #include "services/numbered_files.h"
+#include "services/text.h"
 #include "services/whole_files.h"
 #include "tests/files/file_size_limit.h"
 #include "tests/files/files_test.h"
@@ -317,6 +318,45 @@ TEST_F(BackupCopy, AnotherCardInTheMiddleStopsTheCopying) {
     // The table shows what is there now.
     ASSERT_EQ(device::state.dictionary.size(), 1U);
     EXPECT_EQ(device::state.dictionary[0].fileName, nameOf(2));
+}
+
+// Both would write under the same names, or copy one training's samples for another's.
+TEST_F(BackupCopy, ACardOrBackupThatAnotherProgramIsAtWorkOnCanNotBeOpened) {
+    useCard({recordOf(1, 1)});
+    services::HeldDirectory theirs;
+    ASSERT_EQ(services::holdDirectory(theirs, device::state.backupDirectory),
+              services::Holding::done);
+    stand_ins::expectMessage(
+        "Fehler"_l1, services::concatenate("Die Datei '"_l1, backup.string(),
+                                           "/Dictionary.2' konnte nicht geöffnet werden!"_l1));
+    copyAndClose();
+    EXPECT_EQ(lines(), "");
+    ASSERT_EQ(services::holdDirectory(theirs, {}), services::Holding::done);
+    stand_ins::expectMessage("Fehler"_l1,
+                             "Die Datei 'Dictionary.2' konnte nicht geöffnet werden!"_l1);
+    copyAndClose();
+    EXPECT_EQ(lines(), "");
+    services::letGo(theirs);
+    copyAndClose();
+    EXPECT_EQ(lines(), line('+', 1));
+}
+
+TEST_F(BackupCopy, WhileItIsMadeCardAndBackupAreHeldAndNoLonger) {
+    useCard({recordOf(1, 1)});
+    services::HeldDirectory theirs;
+    int looked = 0;
+    world.whileRepainting = [&](int) {
+        const auto& window = world.windows[services::reportWindow];
+        if (!window.controls.at(files::reportText).text.ends_with("werden.\r")) return;
+        if (++looked == 1) return;  // the line itself, before anything is opened
+        for (const services::Path& place : {services::Path(), device::state.backupDirectory})
+            EXPECT_EQ(services::holdDirectory(theirs, place), services::Holding::heldByAnother);
+    };
+    copyAndClose();
+    EXPECT_GT(looked, 1);
+    for (const services::Path& place : {services::Path(), device::state.backupDirectory})
+        EXPECT_EQ(services::holdDirectory(theirs, place), services::Holding::done);
+    services::letGo(theirs);
 }
 
 TEST_F(BackupCopy, AMissingCurrentIndexIsReported) {

@@ -3,6 +3,7 @@
 #include <sys/resource.h>
 #include <sys/stat.h>
 
+#include <filesystem>
 #include <fstream>
 
 #include "tests/stand_ins/stand_ins.h"
@@ -47,6 +48,17 @@ TEST_F(Directories, ALongPathComesBackWhole) {
         expected += name + "/";
     }
     EXPECT_EQ(expected, currentDirectory());
+}
+
+TEST_F(Directories, TheCurrentOneIsKnownHoweverItIsWritten) {
+    std::filesystem::create_directory("below");
+    std::filesystem::create_symlink(".", "link");
+    for (const services::Path& path : {services::Path("."), services::Path("below/.."),
+                                       services::Path("link/"), services::currentDirectory()}) {
+        EXPECT_TRUE(services::isCurrentDirectory(path)) << path;
+    }
+    for (const char* path : {"", "below", "missing"})
+        EXPECT_FALSE(services::isCurrentDirectory(path)) << path;
 }
 
 TEST_F(Directories, ADirectoryThatIsGoneHasNoName) {
