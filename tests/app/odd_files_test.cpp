@@ -76,6 +76,9 @@ constexpr OddFile oddFiles[] = {
      }},
 };
 
+const services::Text treeTitle("Wähle die SD-Karte bzw. das Daum-Verzeichnis"_l1);
+const services::Text csvTitle("Name und Ort der CSV-Datei wählen"_l1);
+
 class OddFiles : public AppTest {
   protected:
     void SetUp() override {
@@ -143,17 +146,15 @@ class OddFiles : public AppTest {
         services::menuState = {};
         fs::current_path(card);
         // A card without an index has its directory asked for.
-        const stand_ins::DirectoryAnswer noOther = {
-            services::Text("Wähle die SD-Karte bzw. das Daum-Verzeichnis"_l1), card.string() + "/",
-            ""};
+        const stand_ins::DirectoryAnswer noOther = {treeTitle, card.string() + "/", ""};
         const auto offerNoOther = [&noOther] { world.directoryAnswers = {noOther, noOther}; };
         offerNoOther();
         ASSERT_TRUE(app::startUp({}));
         device::state.renumberingEnabled = true;
 
         const auto exportAs = [&](const char* name) {
-            world.saveFileAnswers = {{services::Text("Name und Ort der CSV-Datei wählen"_l1),
-                                      exporting::state.indexDirectory, name, exported.string()}};
+            world.saveFileAnswers = {
+                {csvTitle, exporting::state.indexDirectory, name, exported.string()}};
         };
         offerNoOther();
         pressInList(0);
