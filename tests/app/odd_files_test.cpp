@@ -18,6 +18,7 @@
 #include "export/export_state.h"
 #include "files/list_window.h"
 #include "services/numbers.h"
+#include "services/text.h"
 #include "tests/app/app_test.h"
 #include "tests/builders/card_builder.h"
 
@@ -76,8 +77,13 @@ constexpr OddFile oddFiles[] = {
      }},
 };
 
-const services::Text treeTitle("Wähle die SD-Karte bzw. das Daum-Verzeichnis"_l1);
-const services::Text csvTitle("Name und Ort der CSV-Datei wählen"_l1);
+services::Text treeTitle() {
+    return services::concatenate("Wähle die SD-Karte bzw. das Daum-Verzeichnis"_l1);
+}
+
+services::Text csvTitle() {
+    return services::concatenate("Name und Ort der CSV-Datei wählen"_l1);
+}
 
 class OddFiles : public AppTest {
   protected:
@@ -146,7 +152,7 @@ class OddFiles : public AppTest {
         services::menuState = {};
         fs::current_path(card);
         // A card without an index has its directory asked for.
-        const stand_ins::DirectoryAnswer noOther = {treeTitle, card.string() + "/", ""};
+        const stand_ins::DirectoryAnswer noOther = {treeTitle(), card.string() + "/", ""};
         const auto offerNoOther = [&noOther] { world.directoryAnswers = {noOther, noOther}; };
         offerNoOther();
         ASSERT_TRUE(app::startUp({}));
@@ -154,7 +160,7 @@ class OddFiles : public AppTest {
 
         const auto exportAs = [&](const char* name) {
             world.saveFileAnswers = {
-                {csvTitle, exporting::state.indexDirectory, name, exported.string()}};
+                {csvTitle(), exporting::state.indexDirectory, name, exported.string()}};
         };
         offerNoOther();
         pressInList(0);
