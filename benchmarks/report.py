@@ -87,7 +87,8 @@ def report(directory):
     with open(f"{directory}/peers.tsv", encoding="utf-8") as lines:
         for line in lines:
             chart, tool, time = line.rstrip("\n").split("\t")
-            if time != "failed":
+            # Less than nothing comes of a difference that is too small to be measured.
+            if time != "failed" and float(time) > 0:
                 peers[chart, tool] = float(time)
 
     lines = [
