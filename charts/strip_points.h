@@ -19,7 +19,7 @@ namespace charts {
 // where the pixel ratio is not a whole number, equal marks differ by how their edges are rounded.
 struct MarkPlace {
     std::int32_t pixel = 0;
-    std::uint32_t shape = 0;
+    std::uint32_t shape = 0;  // not below markShapes: one of those few that have no stamp
 };
 
 inline constexpr std::size_t markShapes = 2;  // along each axis

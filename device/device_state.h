@@ -21,8 +21,9 @@ struct DeviceState {
     // that stands for nothing on the card and must not be saved over it.
     bool dictionaryUnreadable = false;
 
-    // True when the last load could not look at everything that tells what the index means: its
-    // trainings are listed, but nothing on the card may be changed after them.
+    // True when the last load could not look at everything that tells what the index means, or
+    // another program was changing the tree: its trainings are listed, but nothing on the card may
+    // be changed after them.
     bool dictionaryReadOnly = false;
 
     // Whole records, as they were read, of trainings of which the card did not tell whether they

@@ -31,7 +31,8 @@ std::optional<std::vector<DictionaryRecord>> readDictionaryRecords(int file, std
 // no whole record, or can't be read to its end or kept in memory.
 //
 // Beside a copy that can't be read nobody knows what the index means, unless it is whole and each
-// of its records has a file: then it is listed, and `dictionaryReadOnly` is set.
+// of its records has a file: then it is listed, and `dictionaryReadOnly` is set. So it is while
+// another program changes the tree: files may have other names by now than those listed.
 void loadDictionary();
 
 enum class SaveMode {
@@ -57,10 +58,11 @@ bool beginChange();
 bool announceRenaming(std::span<const PendingName> names);
 
 // Deletes and rewrites the file: first the records of untold files, as they were read, then the
-// table in its order. A complete copy of the new index
-// lies beside it meanwhile; without room for that, on the disk or in memory, nothing is deleted.
-// Does nothing after a load that failed or was for reading only: an index that could not be read is
-// not replaced by one that says nothing. Silent on every failure. Callers call loadDictionary()
+// table in its order. A complete copy of the new index lies beside it meanwhile; without room for
+// that, on the disk or in memory, nothing is deleted. Does nothing after a load that failed or was
+// for reading only: an index that could not be read is not replaced by one that says nothing. Nor
+// beside a copy that the load could not settle, which tells what the index should be: the next load
+// does that. Silent on every failure. Callers call loadDictionary()
 // right after it: until then a written pulse or rpm of 1.0 reads 0.0 in the table.
 void saveDictionary(SaveMode mode);
 
