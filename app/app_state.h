@@ -2,8 +2,8 @@
 #pragma once
 
 #include "charts/range_band.h"
-#include "charts/value_catalogue.h"
-#include "services/raster.h"
+#include "charts/values/value_catalogue.h"
+#include "services/raster/raster.h"
 
 namespace app {
 

@@ -5,7 +5,7 @@
 #include "app/menu_dispatch.h"
 #include "app/pointer_band.h"
 #include "device/index_recovery.h"
-#include "services/memory.h"
+#include "services/disk/memory.h"
 #include "services/windows.h"
 
 namespace app {

@@ -3,7 +3,7 @@
 
 #include <cstddef>
 
-#include "services/latin1.h"
+#include "services/text/latin1.h"
 
 namespace app {
 

@@ -5,7 +5,7 @@
 // is dropped. A window that can't be opened is skipped without a word.
 #pragma once
 
-#include "services/latin1.h"
+#include "services/text/latin1.h"
 
 namespace app {
 

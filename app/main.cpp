@@ -1,7 +1,7 @@
 #include "app/event_loop.h"
 #include "app/startup.h"
-#include "services/directories.h"
-#include "services/memory.h"
+#include "services/disk/directories.h"
+#include "services/disk/memory.h"
 #include "services/toolkit.h"
 
 int main(int, char** arguments) {

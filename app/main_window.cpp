@@ -8,8 +8,8 @@
 #include "charts/chart_description.h"
 #include "charts/chart_drawing.h"
 #include "services/controls.h"
-#include "services/memory.h"
-#include "services/text.h"
+#include "services/disk/memory.h"
+#include "services/text/text.h"
 #include "services/windows.h"
 #include "settings/settings_state.h"
 

@@ -1,7 +1,7 @@
 #include "app/menu_tree.h"
 
-#include "charts/chart_options.h"
-#include "charts/value_catalogue.h"
+#include "charts/values/chart_options.h"
+#include "charts/values/value_catalogue.h"
 #include "services/windows.h"
 #include "settings/start_settings.h"
 

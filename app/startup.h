@@ -1,7 +1,7 @@
 // From the start of the process to the first chart.
 #pragma once
 
-#include "services/paths.h"
+#include "services/text/paths.h"
 
 namespace app {
 

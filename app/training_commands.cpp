@@ -3,7 +3,7 @@
 #include "app/app_state.h"
 #include "app/main_window.h"
 #include "app/tree_loading.h"
-#include "charts/chart_options.h"
+#include "charts/values/chart_options.h"
 #include "device/dictionary.h"
 #include "device/training_file.h"
 #include "export/csv_export.h"

@@ -1,6 +1,6 @@
 #include "app/tree_loading.h"
 
-#include "charts/chart_options.h"
+#include "charts/values/chart_options.h"
 #include "device/device_tree.h"
 #include "device/dictionary.h"
 

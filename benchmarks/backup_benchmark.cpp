@@ -21,8 +21,8 @@
 #include "device/device_state.h"
 #include "device/dictionary.h"
 #include "files/backup_copy.h"
-#include "services/numbers.h"
 #include "services/qt/toolkit_state.h"
+#include "services/text/numbers.h"
 #include "services/windows.h"
 #include "tests/builders/card_builder.h"
 

@@ -8,8 +8,8 @@
 #include "app/main_window.h"
 #include "benchmarks/chart_data.h"
 #include "charts/range_band.h"
-#include "services/colours.h"
-#include "services/raster.h"
+#include "services/raster/colours.h"
+#include "services/raster/raster.h"
 #include "services/windows.h"
 #include "settings/settings_state.h"
 

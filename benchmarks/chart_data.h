@@ -3,8 +3,8 @@
 
 #include <initializer_list>
 
-#include "charts/chart_options.h"
-#include "charts/value_catalogue.h"
+#include "charts/values/chart_options.h"
+#include "charts/values/value_catalogue.h"
 
 namespace benchmarks {
 

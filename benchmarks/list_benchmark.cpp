@@ -19,7 +19,7 @@
 #include "files/list_window.h"
 #include "files/training_order.h"
 #include "files/training_rows.h"
-#include "services/numbers.h"
+#include "services/text/numbers.h"
 
 namespace {
 

@@ -17,7 +17,7 @@
 
 #include "device/dictionary.h"
 #include "device/training_file.h"
-#include "services/numbered_files.h"
+#include "services/disk/numbered_files.h"
 #include "tests/builders/card_builder.h"
 
 namespace {

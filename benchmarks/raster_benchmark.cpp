@@ -1,7 +1,7 @@
 // The raster on the marks charts consist of, beside a naive painter that asks for every pixel
 // whether it lies on the surface. Both run on the same marks, so that the ratio of two lines of the
 // output holds whatever else the machine does.
-#include "services/raster.h"
+#include "services/raster/raster.h"
 
 #include <benchmark/benchmark.h>
 

@@ -8,7 +8,7 @@
 #include "benchmarks/chart_data.h"
 #include "benchmarks/toolkit_painter.h"
 #include "charts/chart_drawing.h"
-#include "services/raster.h"
+#include "services/raster/raster.h"
 
 namespace {
 

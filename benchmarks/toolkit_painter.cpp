@@ -7,12 +7,12 @@
 #include <vector>
 
 #include "charts/chart_drawing.h"
-#include "charts/chart_frame.h"
-#include "charts/chart_options.h"
 #include "charts/chart_state.h"
-#include "charts/chart_texts.h"
-#include "charts/mark_geometry.h"
-#include "charts/mark_painting.h"
+#include "charts/marks/chart_frame.h"
+#include "charts/marks/chart_texts.h"
+#include "charts/marks/mark_geometry.h"
+#include "charts/marks/mark_painting.h"
+#include "charts/values/chart_options.h"
 
 namespace benchmarks {
 

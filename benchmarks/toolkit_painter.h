@@ -4,7 +4,7 @@
 
 #include <QImage>
 
-#include "charts/value_catalogue.h"
+#include "charts/values/value_catalogue.h"
 
 namespace benchmarks {
 

@@ -1,8 +1,8 @@
 #include "charts/chart_description.h"
 
-#include "services/dates.h"
-#include "services/numbers.h"
-#include "services/text.h"
+#include "services/text/dates.h"
+#include "services/text/numbers.h"
+#include "services/text/text.h"
 
 namespace charts {
 namespace {

@@ -4,9 +4,9 @@
 #include <cstdint>
 #include <vector>
 
-#include "charts/chart_options.h"
-#include "charts/value_catalogue.h"
-#include "services/latin1.h"
+#include "charts/values/chart_options.h"
+#include "charts/values/value_catalogue.h"
+#include "services/text/latin1.h"
 
 namespace charts {
 

@@ -5,18 +5,19 @@
 #include <utility>
 #include <vector>
 
-#include "charts/chart_frame.h"
-#include "charts/chart_layers.h"
-#include "charts/chart_options.h"
 #include "charts/chart_state.h"
-#include "charts/chart_texts.h"
-#include "charts/mark_geometry.h"
-#include "charts/mark_painting.h"
+#include "charts/marks/chart_frame.h"
+#include "charts/marks/chart_layers.h"
+#include "charts/marks/chart_texts.h"
+#include "charts/marks/mark_geometry.h"
+#include "charts/marks/mark_painting.h"
+#include "charts/strips/layer_painting.h"
+#include "charts/values/chart_options.h"
 #include "device/device_state.h"
 #include "services/menus.h"
-#include "services/numbers.h"
 #include "services/requesters.h"
-#include "services/text.h"
+#include "services/text/numbers.h"
+#include "services/text/text.h"
 #include "services/text_drawing.h"
 
 namespace charts {

@@ -2,9 +2,9 @@
 #pragma once
 
 #include "charts/chart_description.h"
-#include "charts/value_catalogue.h"
-#include "charts/value_series.h"
-#include "services/raster.h"
+#include "charts/values/value_catalogue.h"
+#include "charts/values/value_series.h"
+#include "services/raster/raster.h"
 
 namespace charts {
 

@@ -4,9 +4,9 @@
 
 #include <array>
 
-#include "charts/value_catalogue.h"
-#include "charts/value_series.h"
-#include "services/colours.h"
+#include "charts/values/value_catalogue.h"
+#include "charts/values/value_series.h"
+#include "services/raster/colours.h"
 
 namespace charts {
 

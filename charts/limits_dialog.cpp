@@ -9,8 +9,8 @@
 #include "charts/chart_state.h"
 #include "charts/limits_input.h"
 #include "services/controls.h"
+#include "services/disk/memory.h"
 #include "services/events.h"
-#include "services/memory.h"
 #include "services/text_drawing.h"
 #include "services/windows.h"
 

@@ -1,8 +1,8 @@
 // What the user types into the limits dialog.
 #pragma once
 
-#include "charts/value_series.h"
-#include "services/latin1.h"
+#include "charts/values/value_series.h"
+#include "services/text/latin1.h"
 
 namespace charts {
 

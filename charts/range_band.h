@@ -4,9 +4,9 @@
 // arguments; stepBand alone reads the tables and writes limits and band.
 #pragma once
 
-#include "charts/chart_frame.h"
-#include "charts/chart_options.h"
-#include "charts/value_series.h"
+#include "charts/marks/chart_frame.h"
+#include "charts/values/chart_options.h"
+#include "charts/values/value_series.h"
 
 namespace charts {
 

@@ -7,8 +7,8 @@
 
 #include "device/dictionary_record.h"
 #include "device/training_sample.h"
-#include "services/paths.h"
-#include "services/whole_files.h"
+#include "services/disk/whole_files.h"
+#include "services/text/paths.h"
 
 namespace device {
 

@@ -2,9 +2,9 @@
 
 #include "device/device_state.h"
 #include "device/index_recovery.h"
-#include "services/directories.h"
+#include "services/disk/directories.h"
 #include "services/requesters.h"
-#include "services/text.h"
+#include "services/text/text.h"
 
 namespace device {
 

@@ -2,7 +2,7 @@
 // found becomes the working directory, and every other file is opened by its bare name.
 #pragma once
 
-#include "services/paths.h"
+#include "services/text/paths.h"
 
 namespace device {
 

@@ -8,11 +8,11 @@
 #include <utility>
 
 #include "device/index_recovery.h"
-#include "services/directories.h"
-#include "services/memory.h"
-#include "services/numbered_files.h"
+#include "services/disk/directories.h"
+#include "services/disk/memory.h"
+#include "services/disk/numbered_files.h"
+#include "services/disk/whole_files.h"
 #include "services/requesters.h"
-#include "services/whole_files.h"
 
 namespace device {
 

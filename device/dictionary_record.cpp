@@ -1,7 +1,7 @@
 #include "device/dictionary_record.h"
 
 #include "device/record_layout.h"
-#include "services/numbers.h"
+#include "services/text/numbers.h"
 
 namespace device {
 

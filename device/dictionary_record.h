@@ -5,7 +5,7 @@
 #include <cstdint>
 #include <span>
 
-#include "services/latin1.h"
+#include "services/text/latin1.h"
 
 namespace device {
 

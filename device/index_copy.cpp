@@ -8,8 +8,8 @@
 #include "device/dictionary_record.h"
 #include "device/record_layout.h"
 #include "device/training_names.h"
-#include "services/numbers.h"
-#include "services/whole_files.h"
+#include "services/disk/whole_files.h"
+#include "services/text/numbers.h"
 
 namespace device {
 

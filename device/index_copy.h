@@ -15,7 +15,7 @@
 #include <string_view>
 #include <vector>
 
-#include "services/latin1.h"
+#include "services/text/latin1.h"
 
 namespace device {
 

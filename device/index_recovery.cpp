@@ -5,11 +5,11 @@
 #include <utility>
 
 #include "device/device_state.h"
-#include "services/directories.h"
-#include "services/file_moves.h"
-#include "services/memory.h"
-#include "services/text.h"
-#include "services/whole_files.h"
+#include "services/disk/directories.h"
+#include "services/disk/file_moves.h"
+#include "services/disk/memory.h"
+#include "services/disk/whole_files.h"
+#include "services/text/text.h"
 
 namespace device {
 

@@ -8,8 +8,8 @@
 #include <vector>
 
 #include "device/index_copy.h"
-#include "services/paths.h"
-#include "services/whole_files.h"
+#include "services/disk/whole_files.h"
+#include "services/text/paths.h"
 
 namespace device {
 

@@ -12,7 +12,7 @@
 #include <tuple>
 #include <type_traits>
 
-#include "services/latin1.h"
+#include "services/text/latin1.h"
 
 namespace device {
 

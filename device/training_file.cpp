@@ -7,10 +7,10 @@
 #include <stdexcept>
 #include <utility>
 
-#include "services/memory.h"
-#include "services/numbered_files.h"
+#include "services/disk/memory.h"
+#include "services/disk/numbered_files.h"
 #include "services/requesters.h"
-#include "services/text.h"
+#include "services/text/text.h"
 
 namespace device {
 

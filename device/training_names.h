@@ -1,7 +1,7 @@
 // The names of training files: 16 hexadecimal digits.
 #pragma once
 
-#include "services/latin1.h"
+#include "services/text/latin1.h"
 
 namespace device {
 

@@ -6,10 +6,10 @@
 #include "export/csv_text.h"
 #include "export/default_name.h"
 #include "export/export_state.h"
-#include "services/memory.h"
-#include "services/numbered_files.h"
+#include "services/disk/memory.h"
+#include "services/disk/numbered_files.h"
 #include "services/requesters.h"
-#include "services/text.h"
+#include "services/text/text.h"
 
 namespace exporting {
 

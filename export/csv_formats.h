@@ -2,7 +2,7 @@
 //   longest(value): writing this value touches at most that many bytes,
 //   write(to, value): writes the text to `to` and returns its end.
 // A training of a day has 1.7 million fields, so numbers go straight into the caller's buffer.
-// Their texts are those of services/numbers.h.
+// Their texts are those of services/text/numbers.h.
 #pragma once
 
 #include <charconv>
@@ -12,9 +12,9 @@
 #include <cstring>
 
 #include "export/digit_table.h"
-#include "services/dates.h"
-#include "services/latin1.h"
-#include "services/numbers.h"
+#include "services/text/dates.h"
+#include "services/text/latin1.h"
+#include "services/text/numbers.h"
 
 namespace exporting {
 

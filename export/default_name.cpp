@@ -3,9 +3,9 @@
 #include <algorithm>
 #include <cstdint>
 
-#include "services/dates.h"
-#include "services/numbers.h"
-#include "services/text.h"
+#include "services/text/dates.h"
+#include "services/text/numbers.h"
+#include "services/text/text.h"
 
 namespace exporting {
 

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "device/dictionary_record.h"
-#include "services/latin1.h"
+#include "services/text/latin1.h"
 
 namespace exporting {
 

@@ -2,7 +2,7 @@
 // folder. Resetting it is assigning {}.
 #pragma once
 
-#include "services/paths.h"
+#include "services/text/paths.h"
 
 namespace exporting {
 

@@ -14,14 +14,14 @@
 #include "device/index_recovery.h"
 #include "files/report_window.h"
 #include "files/training_copies.h"
-#include "services/directories.h"
-#include "services/endings.h"
-#include "services/file_moves.h"
-#include "services/numbered_files.h"
-#include "services/numbers.h"
+#include "services/disk/directories.h"
+#include "services/disk/endings.h"
+#include "services/disk/file_moves.h"
+#include "services/disk/numbered_files.h"
+#include "services/disk/whole_files.h"
 #include "services/requesters.h"
-#include "services/text.h"
-#include "services/whole_files.h"
+#include "services/text/numbers.h"
+#include "services/text/text.h"
 
 namespace files {
 

@@ -4,7 +4,7 @@
 #include <unordered_set>
 
 #include "device/training_names.h"
-#include "services/text.h"
+#include "services/text/text.h"
 
 namespace files {
 namespace {

@@ -7,8 +7,8 @@
 #include <vector>
 
 #include "device/dictionary_record.h"
-#include "services/latin1.h"
-#include "services/paths.h"
+#include "services/text/latin1.h"
+#include "services/text/paths.h"
 
 namespace files {
 

@@ -5,8 +5,8 @@
 #include "device/device_state.h"
 #include "device/dictionary.h"
 #include "device/training_names.h"
-#include "services/file_moves.h"
-#include "services/memory.h"
+#include "services/disk/file_moves.h"
+#include "services/disk/memory.h"
 #include "services/requesters.h"
 
 namespace files {

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <numeric>
 
-#include "services/numbers.h"
+#include "services/text/numbers.h"
 
 namespace files {
 namespace {

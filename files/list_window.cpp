@@ -17,8 +17,8 @@
 #include "files/training_rows.h"
 #include "services/clock.h"
 #include "services/controls.h"
+#include "services/disk/memory.h"
 #include "services/events.h"
-#include "services/memory.h"
 #include "services/text_drawing.h"
 #include "services/windows.h"
 

@@ -2,8 +2,8 @@
 
 #include <cstdint>
 
-#include "services/numbers.h"
-#include "services/text.h"
+#include "services/text/numbers.h"
+#include "services/text/text.h"
 
 namespace files {
 namespace {

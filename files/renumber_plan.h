@@ -5,7 +5,7 @@
 #include <vector>
 
 #include "device/dictionary_record.h"
-#include "services/latin1.h"
+#include "services/text/latin1.h"
 
 namespace files {
 

@@ -10,10 +10,10 @@
 #include "files/renumber_plan.h"
 #include "files/report_window.h"
 #include "files/training_order.h"
-#include "services/file_moves.h"
-#include "services/memory.h"
+#include "services/disk/file_moves.h"
+#include "services/disk/memory.h"
+#include "services/disk/whole_files.h"
 #include "services/requesters.h"
-#include "services/whole_files.h"
 
 namespace files {
 

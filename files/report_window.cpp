@@ -2,7 +2,7 @@
 
 #include "services/controls.h"
 #include "services/events.h"
-#include "services/text.h"
+#include "services/text/text.h"
 #include "services/windows.h"
 
 namespace files {

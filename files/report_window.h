@@ -1,7 +1,7 @@
 // The window in which a long command tells line by line what it did.
 #pragma once
 
-#include "services/latin1.h"
+#include "services/text/latin1.h"
 
 namespace files {
 

@@ -10,7 +10,7 @@
 #include <vector>
 
 #include "device/dictionary_record.h"
-#include "services/dates.h"
+#include "services/text/dates.h"
 
 namespace files {
 

@@ -8,11 +8,11 @@
 #include "device/device_state.h"
 #include "device/dictionary.h"
 #include "device/training_names.h"
-#include "services/endings.h"
-#include "services/file_copies.h"
-#include "services/file_moves.h"
-#include "services/numbered_files.h"
-#include "services/text.h"
+#include "services/disk/endings.h"
+#include "services/disk/file_copies.h"
+#include "services/disk/file_moves.h"
+#include "services/disk/numbered_files.h"
+#include "services/text/text.h"
 #include "services/windows.h"
 
 namespace files {

@@ -9,7 +9,7 @@
 #include <vector>
 
 #include "files/backup_plan.h"
-#include "services/paths.h"
+#include "services/text/paths.h"
 
 namespace files {
 

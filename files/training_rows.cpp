@@ -3,10 +3,10 @@
 #include <array>
 #include <cstddef>
 
-#include "charts/value_catalogue.h"
-#include "services/dates.h"
-#include "services/numbers.h"
-#include "services/text.h"
+#include "charts/values/value_catalogue.h"
+#include "services/text/dates.h"
+#include "services/text/numbers.h"
+#include "services/text/text.h"
 
 namespace files {
 namespace {

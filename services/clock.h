@@ -1,7 +1,7 @@
 // The clock on the wall.
 #pragma once
 
-#include "services/dates.h"
+#include "services/text/dates.h"
 
 namespace services {
 

@@ -10,7 +10,7 @@
 #include <span>
 #include <vector>
 
-#include "services/latin1.h"
+#include "services/text/latin1.h"
 
 namespace services {
 

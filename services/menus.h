@@ -8,7 +8,7 @@
 #include <array>
 #include <span>
 
-#include "services/latin1.h"
+#include "services/text/latin1.h"
 
 namespace services {
 

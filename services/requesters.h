@@ -2,9 +2,9 @@
 // LF breaks lines.
 #pragma once
 
-#include "services/colours.h"
-#include "services/latin1.h"
-#include "services/paths.h"
+#include "services/raster/colours.h"
+#include "services/text/latin1.h"
+#include "services/text/paths.h"
 
 namespace services {
 

@@ -1,9 +1,9 @@
 // Text on a chart, in the drawing surface's font (the desktop's default font).
 #pragma once
 
-#include "services/colours.h"
-#include "services/latin1.h"
-#include "services/raster.h"
+#include "services/raster/colours.h"
+#include "services/raster/raster.h"
+#include "services/text/latin1.h"
 
 namespace services {
 

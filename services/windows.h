@@ -6,8 +6,8 @@
 
 #include <span>
 
-#include "services/latin1.h"
-#include "services/raster.h"
+#include "services/raster/raster.h"
+#include "services/text/latin1.h"
 
 namespace services {
 

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "services/directories.h"
+#include "services/disk/directories.h"
 
 namespace settings {
 

@@ -6,8 +6,8 @@
 // a directory's name, and then the path's own bytes are stored instead.
 #pragma once
 
-#include "services/latin1.h"
-#include "services/paths.h"
+#include "services/text/latin1.h"
+#include "services/text/paths.h"
 
 namespace settings {
 

@@ -3,14 +3,14 @@
 #include <algorithm>
 #include <cstddef>
 
-#include "charts/chart_options.h"
 #include "charts/chart_state.h"
+#include "charts/values/chart_options.h"
 #include "device/device_state.h"
 #include "device/device_tree.h"
-#include "services/directories.h"
-#include "services/memory.h"
+#include "services/disk/directories.h"
+#include "services/disk/memory.h"
+#include "services/disk/preferences.h"
 #include "services/menus.h"
-#include "services/preferences.h"
 #include "services/requesters.h"
 #include "settings/path_text.h"
 #include "settings/settings_keys.h"

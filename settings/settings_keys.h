@@ -1,9 +1,9 @@
 // The groups and keys of the settings file, for its reader and its writer.
 #pragma once
 
-#include "services/latin1.h"
-#include "services/numbers.h"
-#include "services/text.h"
+#include "services/text/latin1.h"
+#include "services/text/numbers.h"
+#include "services/text/text.h"
 
 namespace settings::keys {
 

@@ -1,7 +1,7 @@
 // The start settings file "Einstellungen.dat" in the program directory.
 #pragma once
 
-#include "services/paths.h"
+#include "services/text/paths.h"
 
 namespace settings {
 

@@ -10,19 +10,31 @@ import posixpath
 import re
 import sys
 
-# What each layer may include besides itself.
-BELOW_CHARTS = {"device", "services"}
-BELOW_COMMANDS = BELOW_CHARTS | {"charts"}
+# What each layer, a folder, may include besides itself. A folder in a folder is a layer of its own.
+SERVICES = {"services", "services/text", "services/disk", "services/raster"}
+BELOW_CHARTS = SERVICES | {"device"}
+BELOW_MARKS = BELOW_CHARTS | {"charts/values"}
+BELOW_STRIPS = BELOW_MARKS | {"charts/marks"}
+BELOW_DRAWING = BELOW_STRIPS | {"charts/strips"}
+BELOW_COMMANDS = BELOW_DRAWING | {"charts"}
 COMMANDS = {"files", "settings", "export"}
 ALLOWED = {
     "app": BELOW_COMMANDS | COMMANDS,
     "files": BELOW_COMMANDS,
     "settings": BELOW_COMMANDS,
     "export": BELOW_COMMANDS,
-    "charts": BELOW_CHARTS,
-    "device": {"services"},
-    "services": set(),
-    "services/qt": {"services"},
+    "charts": BELOW_DRAWING,
+    "charts/strips": BELOW_STRIPS,
+    "charts/marks": BELOW_MARKS,
+    "charts/values": BELOW_CHARTS,
+    "device": SERVICES,
+    "services": {"services/text", "services/raster"},
+    "services/text": set(),
+    "services/raster": set(),
+    "services/disk": {"services/text"},
+    # These two implement headers of the rooms around them, for one system and one toolkit.
+    "services/disk/posix": {"services/disk", "services/text"},
+    "services/qt": SERVICES,
     "tools": BELOW_COMMANDS | COMMANDS,
 }
 # The one place that puts program and toolkit together.
@@ -50,6 +62,9 @@ PRAGMA_ONCE = re.compile(r"^[ \t]*#[ \t]*pragma[ \t]+once\b", re.MULTILINE)
 EXTERN = re.compile(r"\bextern\b")
 QT_CLASS_OR_MODULE = re.compile(r"Q[A-Z]|Qt([A-Z]|$)")
 QT_FILE = re.compile(r"q\w*\.h")
+# The operating system's own headers, and the only layers that include them.
+SYSTEM_HEADER = re.compile(r"(fcntl|unistd|dirent|signal|poll|pwd|windows|winbase)\.h|(sys|linux)/.*")
+SYSTEM_LAYERS = {"services/disk", "services/disk/posix"}
 
 
 def blanked(text, kinds):
@@ -65,12 +80,10 @@ def blanked(text, kinds):
 
 def layer_of(path):
     """The layer a file or an included path belongs to, or None."""
-    parts = path.split("/")
-    if len(parts) > 2 and "/".join(parts[:2]) in ALLOWED:
-        return "/".join(parts[:2])
-    if len(parts) > 1 and parts[0] in ALLOWED:
-        return parts[0]
-    return None
+    folders = path.split("/")[:-1]
+    while folders and "/".join(folders) not in ALLOWED:
+        folders.pop()
+    return "/".join(folders) or None
 
 
 def is_qt(included):
@@ -88,6 +101,8 @@ def include_complaint(file, layer, spelled):
 
     if is_qt(included) and target is None:
         return None if layer == "services/qt" else f"{spelled}: only services/qt includes Qt"
+    if SYSTEM_HEADER.fullmatch(included) and layer not in SYSTEM_LAYERS:
+        return f"{spelled}: only {' and '.join(sorted(SYSTEM_LAYERS))} include the system's headers"
     if not quoted:
         # With the checkout on the include path, brackets find our own headers as well.
         return None if target is None else f"{spelled}: our own headers stand in quotes"

@@ -94,19 +94,27 @@ class LayeringTest(unittest.TestCase):
         self.assertEqual(run(os.path.join(self.root, "nowhere"))[0], 2)
 
     def test_only_what_lies_below_may_be_included(self):
-        layers = ["services", "device", "charts", "settings", "files", "export", "app", "tools"]
+        services = "services services/text services/disk services/raster"
+        charts = f"{services} device charts charts/strips charts/marks charts/values"
         may = {
-            "services": "",
-            "device": "services",
-            "charts": "services device",
-            "settings": "services device charts",
-            "files": "services device charts",
-            "export": "services device charts",
-            "app": "services device charts settings files export",
-            "tools": "services device charts settings files export",
+            "services/text": "",
+            "services/raster": "",
+            "services/disk": "services/text",
+            "services/disk/posix": "services/disk services/text",
+            "services": "services/text services/raster",
+            "device": services,
+            "charts/values": f"{services} device",
+            "charts/marks": f"{services} device charts/values",
+            "charts/strips": f"{services} device charts/values charts/marks",
+            "charts": charts,
+            "settings": charts,
+            "files": charts,
+            "export": charts,
+            "app": f"{charts} settings files export",
+            "tools": f"{charts} settings files export",
         }
-        for layer in layers:
-            for target in layers:
+        for layer in may:
+            for target in may:
                 allowed = target == layer or target in may[layer].split()
                 with self.subTest(layer=layer, target=target):
                     found = layering.file_findings(
@@ -139,8 +147,24 @@ class LayeringTest(unittest.TestCase):
                     found = layering.file_findings(file, f"#include {spelled}\n".encode())
                     self.assertEqual(len(found), count, found)
 
-    def test_system_headers_with_a_q_are_not_qt(self):
-        self.assert_none("services/a.cpp", "#include <queue>\n#include <sys/quota.h2>\n")
+    def test_headers_with_a_q_are_not_qt(self):
+        self.assert_none("services/a.cpp", "#include <queue>\n#include <net/quota.h2>\n")
+
+    def test_the_systems_headers_are_included_by_the_folder_of_their_system_alone(self):
+        for included in ["fcntl.h", "unistd.h", "sys/stat.h", "dirent.h", "signal.h", "linux/magic.h"]:
+            for folder, count in [
+                ("services/disk/posix", 0), ("services/disk", 0), ("services", 1),
+                ("services/qt", 1), ("device", 1), ("app", 1),
+            ]:
+                with self.subTest(included=included, folder=folder):
+                    found = layering.file_findings(
+                        f"{folder}/a.cpp", f"#include <{included}>\n".encode()
+                    )
+                    self.assertEqual(len(found), count, found)
+
+    def test_a_folder_that_is_no_layer_belongs_to_the_one_around_it(self):
+        self.assert_none("device/cards/a.cpp", '#include "services/disk/a.h"\n#include "device/b.h"\n')
+        self.assert_one("device/cards/a.cpp", '#include "charts/a.h"\n', 1, "device does not include")
 
     def test_our_own_headers_may_begin_with_a_q(self):
         self.assert_none("services/a.cpp", '#include "services/queue.h"\n')

@@ -8,7 +8,7 @@
 #include <string_view>
 #include <system_error>
 
-#include "services/numbers.h"
+#include "services/text/numbers.h"
 #include "tools/demo_plan.h"
 #include "tools/demo_training.h"
 

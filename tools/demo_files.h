@@ -6,7 +6,7 @@
 #include <span>
 #include <string>
 
-#include "services/paths.h"
+#include "services/text/paths.h"
 
 namespace tools {
 

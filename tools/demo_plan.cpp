@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <array>
 
-#include "services/dates.h"
+#include "services/text/dates.h"
 
 namespace tools {
 

@@ -5,7 +5,7 @@
 #include <cstdint>
 #include <vector>
 
-#include "services/latin1.h"
+#include "services/text/latin1.h"
 #include "tools/demo_random.h"
 
 namespace tools {

@@ -3,7 +3,7 @@
 #include <algorithm>
 
 #include "device/record_layout.h"
-#include "services/numbers.h"
+#include "services/text/numbers.h"
 
 namespace tools {
 

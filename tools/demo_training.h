@@ -5,7 +5,7 @@
 
 #include "device/dictionary_record.h"
 #include "device/training_sample.h"
-#include "services/latin1.h"
+#include "services/text/latin1.h"
 #include "tools/demo_plan.h"
 #include "tools/demo_random.h"
 

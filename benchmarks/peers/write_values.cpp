@@ -8,7 +8,7 @@
 
 #include "benchmarks/chart_data.h"
 #include "charts/chart_drawing.h"
-#include "charts/chart_options.h"
+#include "charts/values/chart_options.h"
 #include "services/toolkit.h"
 
 int main(int argumentCount, char** arguments) {

@@ -2,7 +2,7 @@
 
 #include <QScopeGuard>
 
-#include "services/endings.h"
+#include "services/disk/endings.h"
 #include "services/qt/toolkit_state.h"
 #include "services/windows.h"
 

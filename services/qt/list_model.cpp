@@ -1,6 +1,6 @@
 #include "services/qt/list_model.h"
 
-#include "services/memory.h"
+#include "services/disk/memory.h"
 #include "services/qt/toolkit_state.h"
 
 namespace services::qt {

@@ -8,7 +8,7 @@
 #include <QMessageBox>
 #include <QPushButton>
 
-#include "services/endings.h"
+#include "services/disk/endings.h"
 #include "services/qt/places.h"
 #include "services/qt/toolkit_state.h"
 

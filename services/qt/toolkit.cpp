@@ -8,8 +8,8 @@
 #include <QSettings>
 #include <cstdlib>
 
-#include "services/endings.h"
-#include "services/memory.h"
+#include "services/disk/endings.h"
+#include "services/disk/memory.h"
 #include "services/qt/accessibility.h"
 #include "services/qt/toolkit_state.h"
 #include "services/windows.h"

@@ -23,10 +23,10 @@
 #include <span>
 
 #include "services/events.h"
-#include "services/latin1.h"
 #include "services/menus.h"
 #include "services/qt/key_repeats.h"
-#include "services/raster.h"
+#include "services/raster/raster.h"
+#include "services/text/latin1.h"
 
 namespace services::qt {
 

@@ -2,7 +2,7 @@
 
 #include "app/main_window.h"
 #include "app/startup.h"
-#include "charts/chart_options.h"
+#include "charts/values/chart_options.h"
 #include "tests/app/app_test.h"
 #include "tests/builders/card_builder.h"
 

@@ -4,7 +4,7 @@
 #include "app/event_loop.h"
 #include "app/main_window.h"
 #include "app/startup.h"
-#include "services/directories.h"
+#include "services/disk/directories.h"
 #include "tests/app/app_test.h"
 #include "tests/builders/card_builder.h"
 

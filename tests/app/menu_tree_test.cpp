@@ -4,7 +4,7 @@
 
 #include <set>
 
-#include "charts/value_catalogue.h"
+#include "charts/values/value_catalogue.h"
 #include "tests/app/app_test.h"
 
 namespace {

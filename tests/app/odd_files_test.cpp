@@ -17,8 +17,8 @@
 #include "device/training_sample.h"
 #include "export/export_state.h"
 #include "files/list_window.h"
-#include "services/numbers.h"
-#include "services/text.h"
+#include "services/text/numbers.h"
+#include "services/text/text.h"
 #include "tests/app/app_test.h"
 #include "tests/builders/card_builder.h"
 

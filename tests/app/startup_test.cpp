@@ -5,7 +5,7 @@
 #include "app/main_window.h"
 #include "app/menu_tree.h"
 #include "device/index_recovery.h"
-#include "services/directories.h"
+#include "services/disk/directories.h"
 #include "tests/app/app_test.h"
 #include "tests/builders/card_builder.h"
 

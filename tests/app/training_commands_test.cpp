@@ -4,10 +4,10 @@
 
 #include "app/event_loop.h"
 #include "app/startup.h"
-#include "charts/chart_options.h"
+#include "charts/values/chart_options.h"
 #include "export/export_state.h"
 #include "files/list_window.h"
-#include "services/dates.h"
+#include "services/text/dates.h"
 #include "tests/app/app_test.h"
 #include "tests/builders/card_builder.h"
 

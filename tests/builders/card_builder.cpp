@@ -4,7 +4,7 @@
 #include <string>
 
 #include "device/training_sample.h"
-#include "services/numbers.h"
+#include "services/text/numbers.h"
 
 namespace builders {
 

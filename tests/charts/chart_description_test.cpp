@@ -4,7 +4,7 @@
 #include <string>
 
 #include "charts/chart_drawing.h"
-#include "services/dates.h"
+#include "services/text/dates.h"
 #include "tests/charts/chart_test.h"
 
 namespace {

@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "charts/chart_drawing.h"
-#include "services/text.h"
+#include "services/text/text.h"
 #include "tests/charts/chart_test.h"
 
 namespace {

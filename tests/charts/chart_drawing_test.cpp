@@ -8,8 +8,8 @@
 #include <ostream>
 #include <vector>
 
-#include "charts/mark_geometry.h"
-#include "charts/mark_painting.h"
+#include "charts/marks/mark_geometry.h"
+#include "charts/marks/mark_painting.h"
 #include "tests/charts/chart_test.h"
 
 namespace stand_ins {

@@ -13,7 +13,7 @@
 #include <vector>
 
 #include "charts/chart_drawing.h"
-#include "services/text.h"
+#include "services/text/text.h"
 #include "tests/charts/chart_test.h"
 #include "tests/charts/plain_chart.h"
 

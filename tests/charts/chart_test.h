@@ -9,10 +9,10 @@
 #include <utility>
 #include <vector>
 
-#include "charts/chart_frame.h"
-#include "charts/chart_options.h"
 #include "charts/chart_state.h"
-#include "charts/value_series.h"
+#include "charts/marks/chart_frame.h"
+#include "charts/values/chart_options.h"
+#include "charts/values/value_series.h"
 #include "device/device_state.h"
 #include "services/menus.h"
 #include "tests/stand_ins/stand_ins.h"

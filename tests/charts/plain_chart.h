@@ -2,13 +2,13 @@
 // nothing joined: what the charts' own painter, which works quite differently, has to come to.
 #pragma once
 
-#include "charts/value_catalogue.h"
-#include "services/colours.h"
-#include "services/raster.h"
+#include "charts/values/value_catalogue.h"
+#include "services/raster/colours.h"
+#include "services/raster/raster.h"
 
 namespace plain_chart {
 
-// The procedures of services/raster.h or others that follow the same rules.
+// The procedures of services/raster/raster.h or others that follow the same rules.
 struct Painter {
     void (*fillSurface)(services::Surface&, services::Colour);
     void (*fillBox)(services::Surface&, int, int, int, int, services::Colour);

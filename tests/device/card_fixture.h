@@ -14,7 +14,7 @@
 #include <string_view>
 
 #include "device/device_state.h"
-#include "services/latin1.h"
+#include "services/text/latin1.h"
 #include "tests/stand_ins/stand_ins.h"
 
 namespace device_tests {

@@ -4,7 +4,7 @@
 
 #include <sys/stat.h>
 
-#include "services/directories.h"
+#include "services/disk/directories.h"
 #include "tests/device/card_fixture.h"
 
 namespace {

@@ -1,7 +1,7 @@
 #include <gtest/gtest.h>
 
 #include "device/dictionary.h"
-#include "services/numbered_files.h"
+#include "services/disk/numbered_files.h"
 #include "tests/device/card_fixture.h"
 
 namespace {

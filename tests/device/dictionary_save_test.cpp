@@ -3,7 +3,7 @@
 #include <bit>
 
 #include "device/dictionary.h"
-#include "services/numbered_files.h"
+#include "services/disk/numbered_files.h"
 #include "tests/device/card_fixture.h"
 
 namespace {

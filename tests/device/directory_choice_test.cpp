@@ -6,8 +6,8 @@
 #include <sys/stat.h>
 
 #include "device/device_tree.h"
-#include "services/directories.h"
-#include "services/latin1.h"
+#include "services/disk/directories.h"
+#include "services/text/latin1.h"
 #include "tests/device/card_fixture.h"
 
 namespace {

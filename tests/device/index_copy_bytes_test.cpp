@@ -2,7 +2,7 @@
 #include <gtest/gtest.h>
 
 #include "device/index_copy.h"
-#include "services/whole_files.h"
+#include "services/disk/whole_files.h"
 #include "tests/device/card_fixture.h"
 
 namespace {

@@ -3,7 +3,7 @@
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 
-#include "services/numbered_files.h"
+#include "services/disk/numbered_files.h"
 #include "tests/device/card_fixture.h"
 
 namespace {

@@ -11,9 +11,9 @@
 
 #include "device/device_state.h"
 #include "export/export_state.h"
-#include "services/latin1.h"
-#include "services/numbered_files.h"
-#include "services/text.h"
+#include "services/disk/numbered_files.h"
+#include "services/text/latin1.h"
+#include "services/text/text.h"
 #include "tests/export/export_fixture.h"
 #include "tests/stand_ins/stand_ins.h"
 

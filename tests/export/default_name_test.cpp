@@ -5,7 +5,7 @@
 #include <limits>
 #include <string>
 
-#include "services/latin1.h"
+#include "services/text/latin1.h"
 #include "tests/export/export_fixture.h"
 
 namespace {

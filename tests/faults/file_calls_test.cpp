@@ -11,13 +11,13 @@
 #include <string>
 #include <vector>
 
-#include "services/directories.h"
-#include "services/file_copies.h"
-#include "services/file_moves.h"
-#include "services/numbered_files.h"
-#include "services/preferences.h"
-#include "services/regular_files.h"
-#include "services/whole_files.h"
+#include "services/disk/directories.h"
+#include "services/disk/file_copies.h"
+#include "services/disk/file_moves.h"
+#include "services/disk/numbered_files.h"
+#include "services/disk/preferences.h"
+#include "services/disk/regular_files.h"
+#include "services/disk/whole_files.h"
 #include "tests/faults/fault_injector.h"
 #include "tests/stand_ins/stand_ins.h"
 

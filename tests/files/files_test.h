@@ -13,7 +13,7 @@
 #include "charts/chart_state.h"
 #include "device/device_state.h"
 #include "device/dictionary.h"
-#include "services/numbers.h"
+#include "services/text/numbers.h"
 #include "tests/builders/card_builder.h"
 #include "tests/stand_ins/stand_ins.h"
 

@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "services/dates.h"
+#include "services/text/dates.h"
 #include "tests/files/files_test.h"
 
 namespace {

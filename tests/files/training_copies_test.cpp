@@ -8,8 +8,8 @@
 #include <string>
 #include <vector>
 
-#include "services/endings.h"
-#include "services/numbered_files.h"
+#include "services/disk/endings.h"
+#include "services/disk/numbered_files.h"
 #include "tests/files/file_size_limit.h"
 #include "tests/files/files_test.h"
 

@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "services/dates.h"
+#include "services/text/dates.h"
 
 namespace {
 

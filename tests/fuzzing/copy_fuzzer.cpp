@@ -3,8 +3,8 @@
 #include <unordered_set>
 
 #include "device/index_copy.h"
-#include "services/numbers.h"
-#include "services/whole_files.h"
+#include "services/disk/whole_files.h"
+#include "services/text/numbers.h"
 #include "tests/fuzzing/fuzzing.h"
 
 namespace {

@@ -7,11 +7,11 @@
 #include <fstream>
 #include <vector>
 
-#include "charts/chart_frame.h"
-#include "charts/chart_texts.h"
-#include "charts/mark_geometry.h"
-#include "charts/value_catalogue.h"
-#include "charts/value_series.h"
+#include "charts/marks/chart_frame.h"
+#include "charts/marks/chart_texts.h"
+#include "charts/marks/mark_geometry.h"
+#include "charts/values/value_catalogue.h"
+#include "charts/values/value_series.h"
 #include "export/csv_text.h"
 #include "export/default_name.h"
 #include "files/training_order.h"

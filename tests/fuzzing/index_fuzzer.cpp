@@ -5,7 +5,7 @@
 
 #include "device/device_state.h"
 #include "device/dictionary.h"
-#include "services/numbers.h"
+#include "services/text/numbers.h"
 #include "tests/fuzzing/fuzzing.h"
 
 namespace {

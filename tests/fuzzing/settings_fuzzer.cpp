@@ -1,8 +1,8 @@
 // Any bytes as the start settings file.
 
 #include "device/device_state.h"
-#include "services/directories.h"
-#include "services/preferences.h"
+#include "services/disk/directories.h"
+#include "services/disk/preferences.h"
 #include "settings/path_text.h"
 #include "settings/settings_state.h"
 #include "settings/start_settings.h"

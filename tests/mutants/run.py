@@ -36,8 +36,8 @@ TOPICS = {
         ["device/training_*_test.cpp"],
     ),
     "series": (
-        ["charts/value_series.cpp", "charts/value_catalogue.cpp"],
-        ["charts/*_series_test.cpp", "charts/value_catalogue_test.cpp"],
+        ["charts/values/value_series.cpp", "charts/values/value_catalogue.cpp"],
+        ["charts/values/*_series_test.cpp", "charts/values/value_catalogue_test.cpp"],
     ),
     "csv": (
         ["export/csv_text.cpp", "export/csv_formats.h", "export/csv_formats.cpp",
@@ -93,8 +93,10 @@ class Build:
             os.path.join(self.directory, folder, f"libkurbelbuch_{name}.a")
             for folder, name in [
                 ("app", "app"), ("files", "files"), ("settings", "settings"), ("export", "export"),
-                ("charts", "charts"), ("tests", "builders"), ("tools", "demo_card"),
-                ("device", "device"), ("services", "services"),
+                ("charts", "charts"), ("charts/strips", "strips"), ("charts/marks", "marks"),
+                ("charts/values", "values"), ("tests/builders", "builders"), ("tools", "demo_card"),
+                ("device", "device"), ("services", "services"), ("services/disk", "disk"),
+                ("services/raster", "raster"), ("services/text", "text"),
             ]
         ]
 

@@ -1,7 +1,7 @@
 #include <fstream>
 
-#include "charts/chart_options.h"
-#include "services/directories.h"
+#include "charts/values/chart_options.h"
+#include "services/disk/directories.h"
 #include "services/menus.h"
 #include "settings/start_settings.h"
 #include "tests/app/app_test.h"

@@ -9,8 +9,8 @@
 #include <iterator>
 #include <locale>
 
-#include "charts/chart_options.h"
-#include "services/directories.h"
+#include "charts/values/chart_options.h"
+#include "services/disk/directories.h"
 #include "services/menus.h"
 #include "settings/start_settings.h"
 #include "tests/app/app_test.h"

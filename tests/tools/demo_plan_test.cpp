@@ -5,7 +5,7 @@
 #include <algorithm>
 #include <set>
 
-#include "services/dates.h"
+#include "services/text/dates.h"
 
 namespace {
 

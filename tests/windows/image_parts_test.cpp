@@ -9,7 +9,7 @@
 #include <random>
 #include <vector>
 
-#include "services/raster.h"
+#include "services/raster/raster.h"
 #include "services/windows.h"
 #include "tests/windows/window_test.h"
 

@@ -4,7 +4,7 @@
 #include <string>
 
 #include "app/menu_tree.h"
-#include "services/latin1.h"
+#include "services/text/latin1.h"
 #include "tests/windows/window_test.h"
 
 namespace {

@@ -10,10 +10,10 @@
 #include "device/dictionary_record.h"
 #include "files/backup_copy.h"
 #include "services/controls.h"
-#include "services/directories.h"
-#include "services/endings.h"
-#include "services/numbers.h"
+#include "services/disk/directories.h"
+#include "services/disk/endings.h"
 #include "services/requesters.h"
+#include "services/text/numbers.h"
 #include "tests/windows/program_windows.h"
 
 namespace {

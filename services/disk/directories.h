@@ -1,0 +1,40 @@
+// The working directory and single file-system commands.
+#pragma once
+
+#include "services/text/paths.h"
+
+namespace services {
+
+// The working directory with a "/" at its end; empty when it is gone.
+Path currentDirectory();
+
+// True on success; on failure the working directory stays.
+bool setCurrentDirectory(PathView path);
+
+// True when this is the current one, however it is written.
+bool isCurrentDirectory(PathView path);
+
+// Owner-only access rights. False when it exists already or can't be created.
+bool createDirectory(PathView path);
+
+// Removes a file (never a directory). True on success.
+bool deleteFile(PathView path);
+
+enum class FileLookup {
+    readable,  // a regular file that may be opened for reading
+    missing,   // nothing of that name, or no regular file
+    untold,    // the system could not tell, or the file is there and may not be opened
+};
+
+// It is not opened: asking never blocks, and works even when the process can't open another file.
+FileLookup lookUpFile(PathView path);
+
+// True for what lookUpFile calls readable.
+bool canReadFile(PathView path);
+
+bool isDirectory(PathView path);
+
+// The directory that holds the running program, with a "/" at its end; empty when unknown.
+Path executableDirectory();
+
+}  // namespace services

@@ -1,0 +1,390 @@
+// Every style on small plots, with positions worked out by hand.
+#include "charts/marks/mark_geometry.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <limits>
+#include <ostream>
+#include <vector>
+
+#include "tests/charts/chart_test.h"
+
+namespace charts {
+
+static bool operator==(const BarMark& a, const BarMark& b) {
+    return a.x == b.x && a.y == b.y && a.height == b.height;
+}
+static bool operator==(const LineMark& a, const LineMark& b) {
+    return a.x1 == b.x1 && a.y1 == b.y1 && a.x2 == b.x2 && a.y2 == b.y2 &&
+           a.shiftedX1 == b.shiftedX1 && a.shiftedX2 == b.shiftedX2;
+}
+static bool operator==(const PointMark& a, const PointMark& b) {
+    return a.x == b.x && a.y == b.y;
+}
+
+static void PrintTo(const BarMark& mark, std::ostream* out) {
+    *out << "bar " << mark.x << "," << mark.y << " " << mark.height;
+}
+static void PrintTo(const LineMark& mark, std::ostream* out) {
+    *out << "line " << mark.x1 << "," << mark.y1 << " " << mark.x2 << "," << mark.y2 << " "
+         << mark.shiftedX1 << " " << mark.shiftedX2;
+}
+static void PrintTo(const PointMark& mark, std::ostream* out) {
+    *out << mark.x << "," << mark.y;
+}
+
+}  // namespace charts
+
+namespace {
+
+using chart_tests::frameOf;
+using chart_tests::seriesOf;
+using charts::BarMark;
+using charts::BarMarks;
+using charts::ChartFrame;
+using charts::LineMark;
+using charts::PointMark;
+using charts::PointMarks;
+using charts::ValueSeries;
+
+constexpr float infinity = std::numeric_limits<float>::infinity();
+constexpr float nan = std::numeric_limits<float>::quiet_NaN();
+
+BarMarks barsOf(const ChartFrame& frame, const ValueSeries& series) {
+    BarMarks marks;
+    marks.width = 99;
+    marks.bars = {{1, 2, 3}};
+    charts::computeBars(frame, series, marks);
+    return marks;
+}
+
+std::vector<LineMark> lineOf(const ChartFrame& frame, const ValueSeries& series) {
+    std::vector<LineMark> marks = {{1, 2, 3, 4, 5, 6}};
+    charts::computeLine(frame, series, marks);
+    return marks;
+}
+
+using PointProcedure = void (*)(const ChartFrame&, const ValueSeries&, PointMarks&);
+
+PointMarks pointsOf(PointProcedure compute, const ChartFrame& frame, const ValueSeries& series) {
+    PointMarks marks;
+    marks.size = 99;
+    marks.points = {{1, 2}};
+    compute(frame, series, marks);
+    return marks;
+}
+
+// The plot of the marks is 120 wide and 100 high: columns 10 to 130, rows 5 to 105.
+const ChartFrame smallFrame = frameOf(10, 5, 122, 101);
+
+// Gap 4, bars 19 1/3 wide, bars 23.2 and line points 23 1/3 apart.
+const ValueSeries risingSeries = seriesOf({1, 2, 3, 4, 5}, 1, 5, 3);
+
+TEST(MarkGeometry, BarsOfFiveValues) {
+    const BarMarks marks = barsOf(smallFrame, risingSeries);
+    EXPECT_EQ(marks.width, 19);
+    EXPECT_EQ(marks.bars,
+              (std::vector<BarMark>{
+                  {14, 105, 0}, {37, 80, 25}, {60, 55, 50}, {84, 30, 75}, {107, 5, 100}}));
+}
+
+TEST(MarkGeometry, LineOfFiveValues) {
+    EXPECT_EQ(lineOf(smallFrame, risingSeries), (std::vector<LineMark>{{23, 105, 46, 80, 24, 47},
+                                                                       {46, 80, 70, 55, 47, 71},
+                                                                       {70, 55, 93, 30, 71, 94},
+                                                                       {93, 30, 116, 5, 94, 117}}));
+}
+
+// Every circle lies wholly inside: the first is pushed right and up, the last left and down, to
+// 19.5, 95.5 and 120.5, 14.5.
+TEST(MarkGeometry, CirclesOfFiveValues) {
+    const PointMarks marks = pointsOf(charts::computeCircles, smallFrame, risingSeries);
+    EXPECT_EQ(marks.size, 9);
+    EXPECT_EQ(marks.points,
+              (std::vector<PointMark>{{20, 96}, {47, 80}, {70, 55}, {93, 30}, {120, 14}}));
+}
+
+// The fourth, at 20 1/3, is pushed up although it lies inside: it must keep its own side's
+// distance.
+TEST(MarkGeometry, SquaresOfFiveValues) {
+    const PointMarks marks = pointsOf(charts::computeSquares, smallFrame, risingSeries);
+    EXPECT_EQ(marks.size, 19);
+    EXPECT_EQ(marks.points,
+              (std::vector<PointMark>{{10, 86}, {37, 70}, {60, 45}, {84, 5}, {107, 5}}));
+}
+
+// Each value over the one before it, in a square of 100.
+TEST(MarkGeometry, CloudOfFiveValues) {
+    const PointMarks marks = pointsOf(charts::computeCloud, smallFrame, risingSeries);
+    EXPECT_EQ(marks.size, 2);
+    EXPECT_EQ(marks.points, (std::vector<PointMark>{{35, 102}, {60, 80}, {85, 55}, {107, 30}}));
+}
+
+// At the low end of an axis by 1.5 (11.5 and 6.5 go to the even pixel), at the high end by 3.
+TEST(MarkGeometry, CloudPointsMoveInByTheRadiusOrTwiceTheRadius) {
+    const auto falling = pointsOf(charts::computeCloud, smallFrame, seriesOf({5, 1}, 1, 5));
+    EXPECT_EQ(falling.points, (std::vector<PointMark>{{12, 6}}));
+    const auto rising = pointsOf(charts::computeCloud, smallFrame, seriesOf({1, 5}, 1, 5));
+    EXPECT_EQ(rising.points, (std::vector<PointMark>{{107, 102}}));
+}
+
+TEST(MarkGeometry, MeanOfFiveValues) {
+    const auto mark = charts::computeMean(smallFrame, risingSeries);
+    ASSERT_TRUE(mark.has_value());
+    EXPECT_EQ(mark->y, 55);
+    EXPECT_EQ(mark->exactY, 55.0);
+}
+
+TEST(MarkGeometry, TheMeanIsRoundedToTheEvenPixel) {
+    // A quarter of 102 above the bottom row 107: 81.5.
+    const auto mark = charts::computeMean(frameOf(10, 5, 122, 103), seriesOf({1, 5}, 1, 5, 2));
+    ASSERT_TRUE(mark.has_value());
+    EXPECT_EQ(mark->y, 82);
+    EXPECT_EQ(mark->exactY, 81.5);
+}
+
+// Of five values the middle one belongs to neither half: 1 + 2 against 4 + 5.
+TEST(MarkGeometry, TrendOfFiveValues) {
+    const auto mark = charts::computeTrend(smallFrame, risingSeries);
+    ASSERT_TRUE(mark.has_value());
+    EXPECT_NEAR(mark->percent, 66.6666667, 1e-6);
+    EXPECT_EQ(mark->x1, 10);
+    EXPECT_EQ(mark->y1, 92);  // 55 + 0.55 * 66.67
+    EXPECT_EQ(mark->x2, 128);
+    EXPECT_EQ(mark->y2, 18);
+    EXPECT_NEAR(mark->exactY2, 18.3333333, 1e-6);
+}
+
+TEST(MarkGeometry, TrendOfTwoTwoFourFour) {
+    // The mean stands at row 56, halfway up a plot of 102.
+    const ChartFrame frame = frameOf(10, 5, 122, 103);
+    const auto mark = charts::computeTrend(frame, seriesOf({2, 2, 4, 4}, 2, 4, 3));
+    ASSERT_TRUE(mark.has_value());
+    EXPECT_EQ(mark->percent, 50.0);
+    EXPECT_EQ(mark->y1, 84);  // 1.5 * 56: lower on screen, so the line rises from left to right
+    EXPECT_EQ(mark->y2, 28);  // 0.5 * 56
+    EXPECT_NEAR(mark->exactY2, 28.0, 1e-9);
+}
+
+TEST(MarkGeometry, TheTrendStaysInsideThePlot) {
+    const auto falling = charts::computeTrend(smallFrame, seriesOf({9, 9, 1, 1}, 1, 9, 5));
+    ASSERT_TRUE(falling.has_value());
+    EXPECT_EQ(falling->percent, -800.0);
+    EXPECT_EQ(falling->y1, 5);
+    EXPECT_EQ(falling->y2, 105);
+}
+
+TEST(MarkGeometry, TrendsThatAreNotDrawn) {
+    struct Row {
+        const char* name;
+        ValueSeries series;
+    };
+    ValueSeries noData = seriesOf({2, 2, 4, 4}, 2, 4, 3);
+    noData.hasData = false;
+    const Row rows[] = {
+        {"no data", noData},
+        {"no values", seriesOf({}, 2, 4, 3)},
+        {"one value", seriesOf({3}, 3, 3, 3)},
+        {"first half without sum", seriesOf({-1, 1, 2, 2}, -1, 2, 1)},
+        {"second half without sum", seriesOf({2, 2, -1, 1}, -1, 2, 1)},
+        {"not a number in a half", seriesOf({nan, 2, 4, 4}, 2, 4, 3)},
+        {"mean of nothing", seriesOf({8, 8}, 8, 5, nan)},
+        {"an infinite half", seriesOf({2, infinity}, 2, infinity, infinity)},
+        {"more per cent than a float holds", seriesOf({1e38F, 1e-38F}, 1e-38F, 1e38F, 5e37F)},
+    };
+    for (const Row& row : rows) {
+        SCOPED_TRACE(row.name);
+        EXPECT_FALSE(charts::computeTrend(smallFrame, row.series).has_value());
+    }
+}
+
+// The middle one of three is in neither half even when it is not a number.
+TEST(MarkGeometry, TheMiddleOfAnOddNumberIsInNeitherHalf) {
+    for (const float middle : {1.0F, 5.0F, nan}) {
+        SCOPED_TRACE(middle);
+        const auto mark = charts::computeTrend(smallFrame, seriesOf({2, middle, 4}, 1, 5, 3));
+        ASSERT_TRUE(mark.has_value());
+        EXPECT_EQ(mark->percent, 50.0);
+    }
+}
+
+// Gap 20, one bar of 83 1/3; alone it has no scale and stands at half the height.
+TEST(MarkGeometry, OneValue) {
+    const ValueSeries series = seriesOf({7}, 7, 7, 7);
+    const BarMarks bars = barsOf(smallFrame, series);
+    EXPECT_EQ(bars.width, 83);
+    EXPECT_EQ(bars.bars, (std::vector<BarMark>{{30, 55, 50}}));
+    EXPECT_TRUE(lineOf(smallFrame, series).empty());
+    // Both clamps of each axis apply, the second wins: 130 - 41.5 and 105 - 41.5.
+    const PointMarks circles = pointsOf(charts::computeCircles, smallFrame, series);
+    EXPECT_EQ(circles.size, 41);
+    EXPECT_EQ(circles.points, (std::vector<PointMark>{{88, 64}}));
+    const PointMarks squares = pointsOf(charts::computeSquares, smallFrame, series);
+    EXPECT_EQ(squares.size, 83);
+    EXPECT_EQ(squares.points, (std::vector<PointMark>{{10, 5}}));
+    EXPECT_TRUE(pointsOf(charts::computeCloud, smallFrame, series).points.empty());
+    EXPECT_EQ(charts::computeMean(smallFrame, series)->y, 55);
+}
+
+// Gap 10, bars 45 5/6 wide.
+TEST(MarkGeometry, TwoValues) {
+    const ValueSeries series = seriesOf({1, 3}, 1, 3, 2);
+    const BarMarks bars = barsOf(smallFrame, series);
+    EXPECT_EQ(bars.width, 46);
+    EXPECT_EQ(bars.bars, (std::vector<BarMark>{{20, 105, 0}, {75, 5, 100}}));
+    EXPECT_EQ(lineOf(smallFrame, series), (std::vector<LineMark>{{41, 105, 96, 5, 42, 97}}));
+    const auto trend = charts::computeTrend(smallFrame, series);
+    ASSERT_TRUE(trend.has_value());
+    EXPECT_NEAR(trend->percent, 66.6666667, 1e-6);
+}
+
+// Gap 6 2/3, bars 31.48 wide, 37.78 apart.
+TEST(MarkGeometry, ThreeValues) {
+    const BarMarks bars = barsOf(smallFrame, seriesOf({1, 5, 3}, 1, 5, 3));
+    EXPECT_EQ(bars.width, 31);
+    EXPECT_EQ(bars.bars, (std::vector<BarMark>{{17, 105, 0}, {54, 5, 100}, {92, 55, 50}}));
+}
+
+// More values than pixels: a tenth of a pixel each.
+TEST(MarkGeometry, NarrowSlotsHaveMarksOfTheSmallestSize) {
+    const std::vector<float> values(1000, 3.0F);
+    const ValueSeries series = seriesOf(values, 1, 5, 3);
+    const BarMarks bars = barsOf(smallFrame, series);
+    EXPECT_EQ(bars.width, 1);
+    ASSERT_EQ(bars.bars.size(), 1000U);
+    EXPECT_EQ(bars.bars.front(), (BarMark{10, 55, 50}));  // 10.02
+    EXPECT_EQ(bars.bars.back(), (BarMark{130, 55, 50}));  // 10.02 + 0.11998 * 999 = 129.88
+    EXPECT_EQ(pointsOf(charts::computeCircles, smallFrame, series).size, 4);
+    EXPECT_EQ(pointsOf(charts::computeSquares, smallFrame, series).size, 6);
+    EXPECT_EQ(pointsOf(charts::computeCloud, smallFrame, series).size, 2);
+    EXPECT_EQ(lineOf(smallFrame, series).size(), 999U);
+}
+
+// Two values on 108 pixels: gap 9, bar 41.25, so the line starts at exactly 37.5. Rounded by itself
+// 37.5 goes up to 38 and 38.5 goes down to 38: the line is not doubled at that end.
+TEST(MarkGeometry, TheSecondStrokeOfALineIsRoundedByItself) {
+    EXPECT_EQ(lineOf(frameOf(10, 5, 110, 101), seriesOf({1, 3}, 1, 3)),
+              (std::vector<LineMark>{{38, 105, 88, 5, 38, 89}}));
+}
+
+TEST(MarkGeometry, TopAndHeightOfABarAreRoundedEachByItself) {
+    // Half of 101: a height of 50.5 becomes 50, a top of 55.5 becomes 56; together they reach row
+    // 106. In a plot one row lower the top 56.5 becomes 56 too and the bar ends above the bottom.
+    EXPECT_EQ(barsOf(frameOf(10, 5, 122, 102), seriesOf({3}, 1, 5)).bars,
+              (std::vector<BarMark>{{30, 56, 50}}));
+    EXPECT_EQ(barsOf(frameOf(10, 6, 122, 102), seriesOf({3}, 1, 5)).bars,
+              (std::vector<BarMark>{{30, 56, 50}}));
+}
+
+TEST(MarkGeometry, AConstantSeriesStandsAtHalfTheHeight) {
+    const ValueSeries series = seriesOf({4, 4}, 4, 4, 4);
+    EXPECT_EQ(barsOf(smallFrame, series).bars, (std::vector<BarMark>{{20, 55, 50}, {75, 55, 50}}));
+    EXPECT_EQ(lineOf(smallFrame, series), (std::vector<LineMark>{{41, 55, 96, 55, 42, 97}}));
+    EXPECT_EQ(pointsOf(charts::computeCloud, smallFrame, series).points,
+              (std::vector<PointMark>{{60, 55}}));
+    EXPECT_EQ(charts::computeMean(smallFrame, series)->y, 55);
+    const auto trend = charts::computeTrend(smallFrame, series);
+    ASSERT_TRUE(trend.has_value());
+    EXPECT_EQ(trend->percent, 0.0);
+    EXPECT_EQ(trend->y1, 55);
+    EXPECT_EQ(trend->y2, 55);
+}
+
+TEST(MarkGeometry, WithoutDataThereAreNoMarks) {
+    ValueSeries noData = risingSeries;
+    noData.hasData = false;
+    for (const ValueSeries& series : {noData, seriesOf({}, 1, 5, 3), ValueSeries{}}) {
+        EXPECT_TRUE(barsOf(smallFrame, series).bars.empty());
+        EXPECT_TRUE(lineOf(smallFrame, series).empty());
+        EXPECT_TRUE(pointsOf(charts::computeCircles, smallFrame, series).points.empty());
+        EXPECT_TRUE(pointsOf(charts::computeSquares, smallFrame, series).points.empty());
+        EXPECT_TRUE(pointsOf(charts::computeCloud, smallFrame, series).points.empty());
+        EXPECT_FALSE(charts::computeMean(smallFrame, series).has_value());
+        EXPECT_FALSE(charts::computeTrend(smallFrame, series).has_value());
+    }
+}
+
+TEST(MarkGeometry, MarksThatAreNotFiniteAreLeftOutAndTheOthersKeepTheirPlaces) {
+    const ValueSeries series = seriesOf({1, nan, 3, 4, 5}, 1, 5, 3.25F);
+    EXPECT_EQ(barsOf(smallFrame, series).bars,
+              (std::vector<BarMark>{{14, 105, 0}, {60, 55, 50}, {84, 30, 75}, {107, 5, 100}}));
+    EXPECT_EQ(lineOf(smallFrame, series),
+              (std::vector<LineMark>{{70, 55, 93, 30, 71, 94}, {93, 30, 116, 5, 94, 117}}));
+    EXPECT_EQ(pointsOf(charts::computeCircles, smallFrame, series).points,
+              (std::vector<PointMark>{{20, 96}, {70, 55}, {93, 30}, {120, 14}}));
+    EXPECT_EQ(pointsOf(charts::computeSquares, smallFrame, series).points,
+              (std::vector<PointMark>{{10, 86}, {60, 45}, {84, 5}, {107, 5}}));
+    EXPECT_EQ(pointsOf(charts::computeCloud, smallFrame, series).points,
+              (std::vector<PointMark>{{85, 55}, {107, 30}}));
+}
+
+TEST(MarkGeometry, InfiniteEndsOfTheScaleLeaveOutWhatTheyMakeUndefined) {
+    // Finite values lie at the bottom of an infinite scale; the infinite one has no place.
+    const ValueSeries endless = seriesOf({1, infinity}, 1, infinity, infinity);
+    EXPECT_EQ(barsOf(smallFrame, endless).bars, (std::vector<BarMark>{{20, 105, 0}}));
+    EXPECT_FALSE(charts::computeMean(smallFrame, endless).has_value());
+    // Infinite minimum and maximum are no range of 0: nothing stands at half the height.
+    for (const ValueSeries& series :
+         {seriesOf({infinity, infinity}, infinity, infinity, infinity),
+          seriesOf({nan, 2}, nan, 2, nan), seriesOf({-infinity, 2}, -infinity, 2, -infinity)}) {
+        EXPECT_TRUE(barsOf(smallFrame, series).bars.empty());
+        EXPECT_TRUE(lineOf(smallFrame, series).empty());
+        EXPECT_TRUE(pointsOf(charts::computeCircles, smallFrame, series).points.empty());
+        EXPECT_TRUE(pointsOf(charts::computeSquares, smallFrame, series).points.empty());
+        EXPECT_TRUE(pointsOf(charts::computeCloud, smallFrame, series).points.empty());
+        EXPECT_FALSE(charts::computeMean(smallFrame, series).has_value());
+    }
+}
+
+TEST(MarkGeometry, ANotANumberHasNoPlaceInAConstantSeries) {
+    EXPECT_EQ(barsOf(smallFrame, seriesOf({nan, 4}, 4, 4, 4)).bars,
+              (std::vector<BarMark>{{75, 55, 50}}));
+}
+
+// The overview's minimum can lie above a value; its mark stands below the plot.
+TEST(MarkGeometry, AValueBelowTheMinimumStandsBelowThePlot) {
+    const ValueSeries series = seriesOf({2, 3, 3, 5}, 3, 5);
+    EXPECT_EQ(barsOf(smallFrame, series).bars.front().y, 155);
+    EXPECT_EQ(barsOf(smallFrame, series).bars.front().height, -50);
+    EXPECT_EQ(lineOf(smallFrame, series).front().y1, 155);
+    // Bars are 24 wide: circles and squares are kept inside.
+    EXPECT_EQ(pointsOf(charts::computeCircles, smallFrame, series).points.front().y, 93);
+    EXPECT_EQ(pointsOf(charts::computeSquares, smallFrame, series).points.front().y, 81);
+}
+
+TEST(MarkGeometry, MarksBeyond32BitsAreLeftOut) {
+    const float minimum = 3.0F;
+    const float maximum = std::nextafter(minimum, 4.0F);
+    const ValueSeries series = seriesOf({1e-30F, minimum, maximum}, minimum, maximum);
+    const ChartFrame frame = frameOf(10, 5, 122, 1001);
+    const BarMarks bars = barsOf(frame, series);
+    ASSERT_EQ(bars.bars.size(), 2U);
+    EXPECT_EQ(bars.bars.front().y, 1005);
+    EXPECT_EQ(bars.bars.back().y, 5);
+    EXPECT_EQ(lineOf(frame, series).size(), 1U);
+    EXPECT_EQ(pointsOf(charts::computeCircles, frame, series).points.size(), 3U);
+}
+
+// An image narrower than its margins: the marks go leftward.
+TEST(MarkGeometry, ANegativePlotWidthTurnsTheMarksAround) {
+    const ChartFrame frame = frameOf(63, 5, -26, 101);
+    const ValueSeries series = seriesOf({1, 3}, 1, 3, 2);
+    // Gap -2 1/3, bars -10.69 wide: at 60.67 and 47.83.
+    const BarMarks bars = barsOf(frame, series);
+    EXPECT_EQ(bars.width, 1);
+    EXPECT_EQ(bars.bars, (std::vector<BarMark>{{61, 105, 0}, {48, 5, 100}}));
+    // From 63 - 7.13, by -13.03.
+    EXPECT_EQ(lineOf(frame, series), (std::vector<LineMark>{{56, 105, 43, 5, 57, 44}}));
+    // The right edge, at 35, lies left of the left one; the second clamp wins.
+    EXPECT_EQ(pointsOf(charts::computeCircles, frame, series).points,
+              (std::vector<PointMark>{{31, 101}, {31, 9}}));
+    EXPECT_EQ(pointsOf(charts::computeSquares, frame, series).points,
+              (std::vector<PointMark>{{29, 99}, {29, 5}}));
+    const auto trend = charts::computeTrend(frame, series);
+    ASSERT_TRUE(trend.has_value());
+    EXPECT_EQ(trend->x1, 63);
+    EXPECT_EQ(trend->x2, 33);
+}
+
+}  // namespace

@@ -1,0 +1,252 @@
+// Preference files on the disk: the old file stays whole until the new one is.
+#include <sys/resource.h>
+#include <sys/stat.h>
+
+#include <csignal>
+#include <fstream>
+#include <iterator>
+#include <set>
+#include <vector>
+
+#include "services/disk/preferences.h"
+#include "tests/stand_ins/stand_ins.h"
+
+namespace {
+
+using namespace services;
+
+class PreferenceFiles : public stand_ins::StandInTest {
+  protected:
+    static void makeFile(const std::string& name, const std::string& bytes) {
+        std::ofstream(name, std::ios::binary) << bytes;
+    }
+
+    static std::string bytesOf(const std::string& name) {
+        std::ifstream file(name, std::ios::binary);
+        return {std::istreambuf_iterator<char>(file), {}};
+    }
+
+    std::vector<std::string> names() const {
+        std::vector<std::string> found;
+        for (const auto& entry : std::filesystem::directory_iterator(directory))
+            found.push_back(entry.path().filename().string());
+        return found;
+    }
+};
+
+TEST_F(PreferenceFiles, AMissingFileGivesDefaultsAndIsNotMade) {
+    Preferences preferences = openPreferences("settings");
+    preferenceGroup(preferences, "group");
+    EXPECT_EQ(7, readInteger(preferences, "key", 7));
+    EXPECT_EQ("x", readText(preferences, "key", "x"));
+    EXPECT_TRUE(closePreferences(preferences));
+    EXPECT_TRUE(names().empty());
+}
+
+TEST_F(PreferenceFiles, WhatIsNoRegularFileGivesDefaults) {
+    std::filesystem::create_directory("directory");
+    ASSERT_EQ(0, mkfifo("fifo", 0600));
+    for (const char* path : {"directory", "fifo", "/dev/zero", ""})
+        EXPECT_TRUE(openPreferences(path).groups.empty()) << path;
+}
+
+TEST_F(PreferenceFiles, AFileBeyondAnySenseGivesDefaults) {
+    makeFile("settings", "[group]\nkey = value\n");
+    std::filesystem::resize_file("settings", static_cast<std::uintmax_t>(preferenceFileLimit) + 1);
+    EXPECT_TRUE(openPreferences("settings").groups.empty());
+}
+
+TEST_F(PreferenceFiles, OpeningSelectsThePartBeforeTheFirstGroup) {
+    makeFile("settings", "key = value\n[group]\nkey = other\n");
+    const Preferences preferences = openPreferences("settings");
+    EXPECT_EQ("value", readText(preferences, "key", "-"));
+}
+
+TEST_F(PreferenceFiles, ClosingWithoutAChangeLeavesTheBytes) {
+    const std::string bytes = "[group]\r\nKEY=value";
+    makeFile("settings", bytes);
+    Preferences preferences = openPreferences("settings");
+    EXPECT_TRUE(closePreferences(preferences));
+    EXPECT_EQ(bytes, bytesOf("settings"));
+}
+
+TEST_F(PreferenceFiles, ClosingAfterAChangeWritesEverything) {
+    makeFile("settings", "[group]\r\nKEY=value");
+    Preferences preferences = openPreferences("settings");
+    preferenceGroup(preferences, "group");
+    writeInteger(preferences, "more", 1);
+    EXPECT_TRUE(closePreferences(preferences));
+    EXPECT_EQ("[group]\nKEY = value\nmore = 1\n", bytesOf("settings"));
+    EXPECT_EQ(std::vector<std::string>{"settings"}, names());
+}
+
+TEST_F(PreferenceFiles, ACreatedFileIsWrittenEvenWhenEmpty) {
+    Preferences preferences;
+    ASSERT_TRUE(createPreferences(preferences, "settings"));
+    EXPECT_TRUE(closePreferences(preferences));
+    EXPECT_EQ(std::vector<std::string>{"settings"}, names());
+    EXPECT_EQ("", bytesOf("settings"));
+}
+
+TEST_F(PreferenceFiles, CreatingForgetsWhatTheFileHeld) {
+    makeFile("settings", "[old]\nkey = value\n");
+    Preferences preferences = openPreferences("settings");
+    ASSERT_TRUE(createPreferences(preferences, "settings"));
+    preferenceGroup(preferences, "new");
+    writeInteger(preferences, "key", 1);
+    EXPECT_TRUE(closePreferences(preferences));
+    EXPECT_EQ("[new]\nkey = 1\n", bytesOf("settings"));
+}
+
+TEST_F(PreferenceFiles, TheOldFileIsWholeUntilTheNewOneIs) {
+    makeFile("settings", "[old]\nkey = value\n");
+    Preferences preferences;
+    ASSERT_TRUE(createPreferences(preferences, "settings"));
+    preferenceGroup(preferences, "new");
+    writeInteger(preferences, "key", 1);
+    EXPECT_EQ("[old]\nkey = value\n", bytesOf("settings"));
+    EXPECT_EQ(2U, names().size()) << "the new file exists at once, under another name";
+    EXPECT_TRUE(closePreferences(preferences));
+    EXPECT_EQ("[new]\nkey = 1\n", bytesOf("settings"));
+}
+
+TEST_F(PreferenceFiles, AnUnwritablePlaceIsToldWhenCreating) {
+    std::filesystem::create_directory("directory");
+    ASSERT_EQ(0, mkfifo("fifo", 0600));
+    for (const Path& path :
+         {Path("missing/settings"), Path("directory"), Path("fifo"), Path("/dev/null"),
+          Path("/proc/settings"), Path(""), Path("settings\0x", 10)}) {
+        Preferences preferences;
+        preferences.changed = true;
+        EXPECT_FALSE(createPreferences(preferences, path)) << path;
+        EXPECT_FALSE(preferences.changed) << path;
+        EXPECT_TRUE(closePreferences(preferences)) << path;
+    }
+    EXPECT_EQ(2U, names().size());
+    EXPECT_TRUE(std::filesystem::is_fifo("fifo"));
+}
+
+TEST_F(PreferenceFiles, AShortWriteLeavesTheOldFileAndNothingElse) {
+    const std::string old = "[old]\nkey = value\n";
+    makeFile("settings", old);
+    Preferences preferences;
+    ASSERT_TRUE(createPreferences(preferences, "settings"));
+    preferenceGroup(preferences, "new");
+    writeText(preferences, "key", Text(100'000, 'x'));
+
+    // Files can't grow beyond this: the first call writes a part, the second fails.
+    rlimit before = {};
+    ASSERT_EQ(0, getrlimit(RLIMIT_FSIZE, &before));
+    rlimit small = before;
+    small.rlim_cur = 4096;
+    const auto handler = std::signal(SIGXFSZ, SIG_IGN);
+    ASSERT_EQ(0, setrlimit(RLIMIT_FSIZE, &small));
+    const bool written = closePreferences(preferences);
+    ASSERT_EQ(0, setrlimit(RLIMIT_FSIZE, &before));
+    std::signal(SIGXFSZ, handler);
+
+    EXPECT_FALSE(written);
+    EXPECT_EQ(old, bytesOf("settings"));
+    EXPECT_EQ(std::vector<std::string>{"settings"}, names());
+}
+
+TEST_F(PreferenceFiles, ADirectoryThatVanishesIsAFailure) {
+    std::filesystem::create_directory("place");
+    Preferences preferences;
+    ASSERT_TRUE(createPreferences(preferences, "place/settings"));
+    std::filesystem::remove_all("place");
+    EXPECT_FALSE(closePreferences(preferences));
+}
+
+TEST_F(PreferenceFiles, ATargetThatBecameADirectoryIsAFailure) {
+    Preferences preferences;
+    ASSERT_TRUE(createPreferences(preferences, "settings"));
+    std::filesystem::create_directory("settings");
+    EXPECT_FALSE(closePreferences(preferences));
+    EXPECT_EQ(std::vector<std::string>{"settings"}, names());
+}
+
+TEST_F(PreferenceFiles, TheWorkingDirectoryMayChangeMeanwhile) {
+    std::filesystem::create_directory("elsewhere");
+    Preferences preferences;
+    ASSERT_TRUE(createPreferences(preferences, "settings"));
+    std::filesystem::current_path("elsewhere");
+    EXPECT_TRUE(closePreferences(preferences));
+    std::filesystem::current_path(directory);
+    EXPECT_TRUE(std::filesystem::is_regular_file("settings"));
+    EXPECT_TRUE(std::filesystem::is_empty("elsewhere"));
+    EXPECT_EQ(2U, names().size());
+}
+
+TEST_F(PreferenceFiles, ALinkIsReplacedAndWhatItLedToStays) {
+    std::filesystem::create_directory("place");
+    makeFile("place/real", "precious");
+    std::filesystem::create_symlink("place/real", "settings");
+    Preferences preferences;
+    ASSERT_TRUE(createPreferences(preferences, "settings"));
+    writeInteger(preferences, "key", 1);
+    EXPECT_TRUE(closePreferences(preferences));
+    EXPECT_FALSE(std::filesystem::is_symlink("settings"));
+    EXPECT_EQ("key = 1\n", bytesOf("settings"));
+    EXPECT_EQ("precious", bytesOf("place/real"));
+}
+
+TEST_F(PreferenceFiles, WhatSavesHaveLeftThatWereCutOffIsRemoved) {
+    // No process has so high a number, and one that runs always has the number 1.
+    for (const char* name : {"settings.neu-2147483647", "settings.neu-1", "settings.neu-",
+                             "settings.neu-2x", "other.neu-2147483647"}) {
+        makeFile(name, "");
+    }
+    Preferences preferences;
+    ASSERT_TRUE(createPreferences(preferences, "settings"));
+    EXPECT_TRUE(closePreferences(preferences));
+    const std::vector<std::string> left = names();
+    EXPECT_EQ((std::set<std::string>{"other.neu-2147483647", "settings", "settings.neu-",
+                                     "settings.neu-1", "settings.neu-2x"}),
+              std::set<std::string>(left.begin(), left.end()));
+}
+
+// Behind the name stands what no process ever had for a number.
+TEST_F(PreferenceFiles, AFileOfNoProcessIsNobodysLeftover) {
+    const std::set<std::string> others = {"settings.neu-0", "settings.neu-2147483648",
+                                          "settings.neu-99999999999999999999", "settings.neu--5"};
+    for (const std::string& name : others)
+        makeFile(name, "");
+    Preferences preferences;
+    ASSERT_TRUE(createPreferences(preferences, "settings"));
+    EXPECT_TRUE(closePreferences(preferences));
+    std::filesystem::remove("settings");
+    const std::vector<std::string> left = names();
+    EXPECT_EQ(others, std::set<std::string>(left.begin(), left.end()));
+}
+
+TEST_F(PreferenceFiles, ClosingReleasesEverything) {
+    Preferences preferences;
+    ASSERT_TRUE(createPreferences(preferences, "settings"));
+    writeInteger(preferences, "key", 1);
+    EXPECT_TRUE(closePreferences(preferences));
+    EXPECT_TRUE(preferences.groups.empty());
+    EXPECT_TRUE(preferences.path.empty());
+    std::filesystem::remove("settings");
+    EXPECT_TRUE(closePreferences(preferences));
+    EXPECT_TRUE(names().empty());
+}
+
+TEST_F(PreferenceFiles, ALeftoverOfARunThatWasCutOffIsNoObstacle) {
+    Preferences cutOff;
+    ASSERT_TRUE(createPreferences(cutOff, "settings"));
+    Preferences preferences;
+    ASSERT_TRUE(createPreferences(preferences, "settings"));
+    EXPECT_TRUE(closePreferences(preferences));
+    EXPECT_EQ(std::vector<std::string>{"settings"}, names());
+}
+
+TEST_F(PreferenceFiles, FilesBelowAnyNameAreKept) {
+    std::filesystem::create_directory("Łódź");
+    Preferences preferences;
+    ASSERT_TRUE(createPreferences(preferences, "Łódź/settings"));
+    EXPECT_TRUE(closePreferences(preferences));
+    EXPECT_TRUE(std::filesystem::is_regular_file("Łódź/settings"));
+}
+
+}  // namespace
