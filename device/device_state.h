@@ -7,7 +7,7 @@
 
 #include "device/dictionary_record.h"
 #include "device/training_sample.h"
-#include "services/disk/whole_files.h"
+#include "services/disk/held_directory.h"
 #include "services/text/paths.h"
 
 namespace device {

@@ -7,6 +7,7 @@
 #include "device/device_state.h"
 #include "services/disk/directories.h"
 #include "services/disk/file_moves.h"
+#include "services/disk/held_directory.h"
 #include "services/disk/memory.h"
 #include "services/disk/whole_files.h"
 #include "services/text/text.h"
@@ -103,7 +104,7 @@ TakenUp takeUp(PathView directory) {
 }  // namespace
 
 bool holdTree() {
-    return state.heldTree.descriptor >= 0 ||
+    return state.heldTree.directory != services::noFile ||
            services::holdDirectory(state.heldTree, {}) != Holding::heldByAnother;
 }
 

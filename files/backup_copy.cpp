@@ -17,6 +17,7 @@
 #include "services/disk/directories.h"
 #include "services/disk/endings.h"
 #include "services/disk/file_moves.h"
+#include "services/disk/held_directory.h"
 #include "services/disk/numbered_files.h"
 #include "services/disk/whole_files.h"
 #include "services/requesters.h"

@@ -64,7 +64,7 @@ QT_CLASS_OR_MODULE = re.compile(r"Q[A-Z]|Qt([A-Z]|$)")
 QT_FILE = re.compile(r"q\w*\.h")
 # The operating system's own headers, and the only layers that include them.
 SYSTEM_HEADER = re.compile(r"(fcntl|unistd|dirent|signal|poll|pwd|windows|winbase)\.h|(sys|linux)/.*")
-SYSTEM_LAYERS = {"services/disk", "services/disk/posix"}
+SYSTEM_LAYERS = {"services/disk/posix"}
 
 
 def blanked(text, kinds):

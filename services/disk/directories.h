@@ -1,12 +1,18 @@
 // The working directory and single file-system commands.
 #pragma once
 
+#include <vector>
+
 #include "services/text/paths.h"
 
 namespace services {
 
 // The working directory with a "/" at its end; empty when it is gone.
 Path currentDirectory();
+
+// The path seen from the working directory of this moment, links in it left as they are. Empty for
+// an unusable one.
+Path absolutePath(PathView path);
 
 // True on success; on failure the working directory stays.
 bool setCurrentDirectory(PathView path);
@@ -17,7 +23,7 @@ bool isCurrentDirectory(PathView path);
 // Owner-only access rights. False when it exists already or can't be created.
 bool createDirectory(PathView path);
 
-// Removes a file (never a directory). True on success.
+// Removes a file (never a directory), without asking for memory. True on success.
 bool deleteFile(PathView path);
 
 enum class FileLookup {
@@ -33,6 +39,10 @@ FileLookup lookUpFile(PathView path);
 bool canReadFile(PathView path);
 
 bool isDirectory(PathView path);
+
+// The names in a directory (which ends with "/") but for "." and "..", in any order; none when it
+// can't be read.
+std::vector<Path> namesInDirectory(PathView directory);
 
 // The directory that holds the running program, with a "/" at its end; empty when unknown.
 Path executableDirectory();

@@ -11,15 +11,16 @@
 #include <cstdint>
 #include <vector>
 
+#include "services/disk/system_files.h"
 #include "services/text/paths.h"
 
 namespace services {
 
 struct FileCopy {
     Path target;
-    Path temporary;       // empty when the target was there already
-    int descriptor = -1;  // of what is to come to the disk; -1 when there is no such file
-    bool isLost = false;  // the disk has refused a part of it, which it tells only once
+    Path temporary;          // empty when the target was there already
+    OpenFile file = noFile;  // what is to come to the disk; noFile when there is no such file
+    bool isLost = false;     // the disk has refused a part of it, which it tells only once
 };
 
 // The copies that wait for the disk together, all in one directory and each under a name of its

@@ -1,118 +1,27 @@
 #include "services/disk/file_moves.h"
 
-#include <dirent.h>
-
-#include <algorithm>
-#include <array>
-#include <cstdio>
-#include <span>
-
-#include "services/disk/memory.h"
-#include "services/disk/regular_files.h"
-#include "services/disk/whole_files.h"
+#include "services/disk/directories.h"
+#include "services/disk/file_kinds.h"
+#include "services/disk/system_files.h"
 
 namespace services {
 
-namespace {
-
-// What a system call says about a service the file system lacks, whichever word it chooses.
-bool isUnsupported(int error) {
-    // Two names of one number on some systems, so no comparison of constants.
-    constexpr std::array numbers = {EINVAL, ENOSYS, EPERM, EOPNOTSUPP, ENOTSUP, EMLINK};
-    return std::find(numbers.begin(), numbers.end(), error) != numbers.end();
-}
-
-// Two directory entries of one file, and not two spellings of one entry. Leaves errno alone.
-bool areTwoNamesOfOneFile(const Path& first, const Path& second) {
-    const int error = errno;
-    struct stat firstStatus = {};
-    struct stat secondStatus = {};
-    const bool are = first != second && lstat(first.c_str(), &firstStatus) == 0 &&
-                     firstStatus.st_nlink >= 2 && lstat(second.c_str(), &secondStatus) == 0 &&
-                     firstStatus.st_dev == secondStatus.st_dev &&
-                     firstStatus.st_ino == secondStatus.st_ino;
-    errno = error;
-    return are;
-}
-
-}  // namespace
-
-Renaming renameExclusively(PathView from, PathView to) {
-#ifdef RENAME_NOREPLACE
-    if (renameat2(AT_FDCWD, Path(from).c_str(), AT_FDCWD, Path(to).c_str(), RENAME_NOREPLACE) == 0)
-        return Renaming::done;
-    return isUnsupported(errno) ? Renaming::unsupported : Renaming::failed;
-#else
-    static_cast<void>(from);
-    static_cast<void>(to);
-    return Renaming::unsupported;
-#endif
-}
-
-Renaming renameByLinking(PathView from, PathView to) {
-    const Path oldName(from);
-    const Path newName(to);
-    // Both names for one file are what an earlier try has left that was cut off in between.
-    if (link(oldName.c_str(), newName.c_str()) != 0 && !areTwoNamesOfOneFile(oldName, newName))
-        return isUnsupported(errno) ? Renaming::unsupported : Renaming::failed;
-    if (unlink(oldName.c_str()) == 0) return Renaming::done;
-    // The new name is our own link of a moment ago.
-    unlink(newName.c_str());
-    return Renaming::failed;
-}
-
-Renaming renameAfterLooking(PathView from, PathView to) {
-    if (mayExist(Path(to))) return Renaming::failed;
-    return rename(Path(from).c_str(), Path(to).c_str()) == 0 ? Renaming::done : Renaming::failed;
-}
-
-bool renameFile(PathView from, PathView to) {
-    if (!isUsablePath(from) || !isUsablePath(to)) return false;
-    for (const auto way : {renameExclusively, renameByLinking, renameAfterLooking}) {
-        const Renaming result = way(from, to);
-        if (result != Renaming::unsupported) return result == Renaming::done;
-    }
-    return false;
-}
-
 bool cutFile(PathView path, std::int64_t length) {
-    const int descriptor = openRegularFile(path, O_WRONLY);
-    if (descriptor == noDescriptor) return false;
-    bool cut = lengthOfDescriptor(descriptor) <= length;
-    if (!cut && length >= 0) {
-        int result = 0;
-        do {
-            result = ftruncate(descriptor, length);
-        } while (result != 0 && errno == EINTR);
-        cut = result == 0 && flushDescriptor(descriptor);
-    }
-    close(descriptor);
+    const OpenFile file = openRegularFile(path, Opening::write);
+    if (file == noFile) return false;
+    const std::int64_t before = lengthOfOpenFile(file);
+    const bool cut =
+        before <= length || (length >= 0 && resizeOpenFile(file, length) && flushOpenFile(file));
+    closeOpenFile(file);
     return cut;
 }
 
 bool isRegularFile(PathView path) {
-    struct stat status = {};
-    return isUsablePath(path) && lstat(Path(path).c_str(), &status) == 0 && S_ISREG(status.st_mode);
+    return kindOf(path, LinksAre::refused) == FileKind::regular;
 }
 
 bool deleteRegularFile(PathView path) {
-    return isRegularFile(path) && unlink(Path(path).c_str()) == 0;
-}
-
-std::vector<Path> namesInDirectory(PathView directory) {
-    // Not by the standard library: its iterators end the program when memory runs out.
-    std::vector<Path> names;
-    if (!isUsablePath(directory)) return names;
-    DIR* const listed = opendir(Path(directory).c_str());
-    if (listed == nullptr) return names;
-    static_cast<void>(withinMemory([&] {
-        while (const dirent* const entry = readdir(listed)) {
-            const PathView name = entry->d_name;
-            if (name != "." && name != "..") names.emplace_back(name);
-        }
-    }));
-    closedir(listed);
-    return names;
+    return isRegularFile(path) && deleteFile(path);
 }
 
 }  // namespace services

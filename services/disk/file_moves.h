@@ -3,7 +3,6 @@
 #pragma once
 
 #include <cstdint>
-#include <vector>
 
 #include "services/text/paths.h"
 
@@ -22,16 +21,5 @@ bool isRegularFile(PathView path);
 
 // Removes a regular file; a link, a directory or anything else stays. True on success.
 bool deleteRegularFile(PathView path);
-
-// The names in a directory (which ends with "/") but for "." and "..", in any order; none when it
-// can't be read.
-std::vector<Path> namesInDirectory(PathView directory);
-
-// How renameFile works, from the best way to the last resort: it takes the first one that the file
-// system supports.
-enum class Renaming { done, failed, unsupported };
-Renaming renameExclusively(PathView from, PathView to);   // in one step that refuses to replace
-Renaming renameByLinking(PathView from, PathView to);     // the second name first, then one less
-Renaming renameAfterLooking(PathView from, PathView to);  // for file systems without links
 
 }  // namespace services

@@ -3,19 +3,19 @@
 #include <array>
 #include <bit>
 
-#include "services/disk/regular_files.h"
+#include "services/disk/system_files.h"
 
 namespace services {
 
 namespace {
 
 struct OpenFiles {
-    std::array<int, fileNumberLimit> descriptors;
+    std::array<OpenFile, fileNumberLimit> files;
 };
 
 constexpr OpenFiles noOpenFiles() {
     OpenFiles files{};
-    files.descriptors.fill(noDescriptor);
+    files.files.fill(noFile);
     return files;
 }
 
@@ -25,17 +25,16 @@ bool isFileNumber(int number) {
     return number >= 0 && number < fileNumberLimit;
 }
 
-int descriptorOf(int number) {
-    return isFileNumber(number) ? openFiles.descriptors[static_cast<std::size_t>(number)]
-                                : noDescriptor;
+OpenFile fileOf(int number) {
+    return isFileNumber(number) ? openFiles.files[static_cast<std::size_t>(number)] : noFile;
 }
 
-bool openUnder(int number, PathView path, int flags) {
+bool openUnder(int number, PathView path, Opening opening) {
     if (!isFileNumber(number)) return false;
     closeFile(number);
-    const int descriptor = openRegularFile(path, flags);
-    openFiles.descriptors[static_cast<std::size_t>(number)] = descriptor;
-    return descriptor != noDescriptor;
+    const OpenFile file = openRegularFile(path, opening);
+    openFiles.files[static_cast<std::size_t>(number)] = file;
+    return file != noFile;
 }
 
 // Only the bytes that are there are filled in; the rest of the number stays 0.
@@ -52,52 +51,45 @@ std::uint64_t readLittleEndian(int number) {
 }  // namespace
 
 bool readFile(int number, PathView path) {
-    return openUnder(number, path, O_RDONLY);
+    return openUnder(number, path, Opening::read);
 }
 
 bool openFile(int number, PathView path) {
-    return openUnder(number, path, O_RDWR | O_CREAT);
+    return openUnder(number, path, Opening::update);
 }
 
 bool openFileItself(int number, PathView path) {
-    return openUnder(number, path, O_RDWR | O_CREAT | O_NOFOLLOW);
+    return openUnder(number, path, Opening::updateItself);
 }
 
 bool createFile(int number, PathView path) {
     // Emptied only once it is known to be a regular file.
     if (!openFileItself(number, path)) return false;
-    int result = 0;
-    do {
-        result = ftruncate(descriptorOf(number), 0);
-    } while (result != 0 && errno == EINTR);
-    if (result != 0) closeFile(number);
-    return result == 0;
+    const bool emptied = resizeOpenFile(fileOf(number), 0);
+    if (!emptied) closeFile(number);
+    return emptied;
 }
 
 void closeFile(int number) {
-    const int descriptor = descriptorOf(number);
-    if (descriptor == noDescriptor) return;
-    close(descriptor);
-    openFiles.descriptors[static_cast<std::size_t>(number)] = noDescriptor;
+    const OpenFile file = fileOf(number);
+    if (file == noFile) return;
+    closeOpenFile(file);
+    openFiles.files[static_cast<std::size_t>(number)] = noFile;
 }
 
 std::int64_t lengthOfFile(int number) {
-    struct stat status = {};
-    const int descriptor = descriptorOf(number);
-    if (descriptor == noDescriptor || fstat(descriptor, &status) != 0) return -1;
-    return status.st_size;
+    const OpenFile file = fileOf(number);
+    return file == noFile ? -1 : lengthOfOpenFile(file);
 }
 
 bool endOfFile(int number) {
-    const int descriptor = descriptorOf(number);
-    if (descriptor == noDescriptor) return true;
-    return lseek(descriptor, 0, SEEK_CUR) >= lengthOfFile(number);
+    const OpenFile file = fileOf(number);
+    return file == noFile || positionInOpenFile(file) >= lengthOfOpenFile(file);
 }
 
 bool seekFile(int number, std::int64_t position) {
-    const int descriptor = descriptorOf(number);
-    if (descriptor == noDescriptor || position < 0) return false;
-    return lseek(descriptor, position, SEEK_SET) == position;
+    const OpenFile file = fileOf(number);
+    return file != noFile && position >= 0 && seekInOpenFile(file, position);
 }
 
 std::int32_t readByte(int number) {
@@ -121,9 +113,9 @@ float readFloat(int number) {
 }
 
 std::size_t readBlock(int number, std::span<std::byte> block) {
-    const int descriptor = descriptorOf(number);
-    if (descriptor == noDescriptor) return 0;
-    const std::int64_t count = readFully(descriptor, block);
+    const OpenFile file = fileOf(number);
+    if (file == noFile) return 0;
+    const std::int64_t count = readFully(file, block);
     return count < 0 ? 0 : static_cast<std::size_t>(count);
 }
 
@@ -144,13 +136,13 @@ bool writeText(int number, TextView text) {
 }
 
 bool writeBlock(int number, std::span<const std::byte> block) {
-    const int descriptor = descriptorOf(number);
-    return descriptor != noDescriptor && writeFully(descriptor, block);
+    const OpenFile file = fileOf(number);
+    return file != noFile && writeFully(file, block);
 }
 
 bool flushFile(int number) {
-    const int descriptor = descriptorOf(number);
-    return descriptor != noDescriptor && flushDescriptor(descriptor);
+    const OpenFile file = fileOf(number);
+    return file != noFile && flushOpenFile(file);
 }
 
 }  // namespace services

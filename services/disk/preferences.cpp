@@ -1,14 +1,13 @@
 #include "services/disk/preferences.h"
 
-#include <algorithm>
-#include <csignal>
-#include <limits>
+#include <span>
 #include <utility>
 
 #include "services/disk/directories.h"
+#include "services/disk/file_kinds.h"
 #include "services/disk/file_moves.h"
 #include "services/disk/memory.h"
-#include "services/disk/regular_files.h"
+#include "services/disk/system_files.h"
 #include "services/disk/whole_files.h"
 #include "services/text/numbers.h"
 #include "services/text/text.h"
@@ -17,90 +16,28 @@ namespace services {
 
 namespace {
 
-// Upper and lower case become the same for every letter that has both in Latin-1.
-Text foldCase(TextView text) {
-    Text folded = lowerCase(text);
-    for (char& character : folded) {
-        const auto byte = static_cast<unsigned char>(character);
-        // 0xD7 is the multiplication sign amid the capital letters.
-        if (byte >= 0xC0 && byte <= 0xDE && byte != 0xD7)
-            character = static_cast<char>(byte + 0x20U);
-    }
-    return folded;
-}
-
-TextView withoutLeadingSpace(TextView text) {
-    return text.substr(std::min(text.find_first_not_of(" \t"), text.size()));
-}
-
-TextView withoutTrailingSpace(TextView text) {
-    const std::size_t last = text.find_last_not_of(" \t");
-    return last == TextView::npos ? TextView() : text.substr(0, last + 1);
-}
-
-// Takes the next line off the front of `bytes`: to LF, CR or the end. CR LF counts as an empty line
-// more, which says nothing.
-TextView takeLine(TextView& bytes) {
-    const std::size_t end = std::min(bytes.find_first_of("\r\n"), bytes.size());
-    const TextView line = bytes.substr(0, end);
-    bytes.remove_prefix(std::min(end + 1, bytes.size()));
-    return line;
-}
-
-PreferenceEntry parseEntry(TextView line) {
-    const std::size_t equals = line.find('=');
-    PreferenceEntry entry;
-    entry.key = withoutTrailingSpace(line.substr(0, equals));
-    if (equals != TextView::npos) entry.value = withoutLeadingSpace(line.substr(equals + 1));
-    return entry;
-}
-
-PreferenceEntry parseComment(TextView line) {
-    line.remove_prefix(1);
-    if (left(line, 1) == " ") line.remove_prefix(1);
-    return {.key = {}, .value = Text(line), .isComment = true};
-}
-
-void formatEntries(const PreferenceGroup& group, std::string& bytes) {
-    for (const PreferenceEntry& entry : group.entries) {
-        if (entry.isComment)
-            bytes += "; ";
-        else
-            bytes += entry.key, bytes += " = ";
-        bytes += entry.value;
-        bytes += '\n';
-    }
-}
-
 // Empty for what is missing, no regular file, unreadable or too large.
 std::string bytesOfFile(PathView path) {
-    const int descriptor = openRegularFile(path, O_RDONLY);
-    if (descriptor == noDescriptor) return {};
+    const OpenFile file = openRegularFile(path, Opening::read);
+    if (file == noFile) return {};
     std::string bytes;
     std::int64_t count = 0;
     const bool fits = withinMemory([&] {
-        struct stat status = {};
-        if (fstat(descriptor, &status) == 0 && status.st_size <= preferenceFileLimit)
-            bytes.resize(static_cast<std::size_t>(status.st_size));
-        count = readFully(descriptor, std::as_writable_bytes(std::span(bytes)));
+        const std::int64_t length = lengthOfOpenFile(file);
+        if (length > 0 && length <= preferenceFileLimit)
+            bytes.resize(static_cast<std::size_t>(length));
+        count = readFully(file, std::as_writable_bytes(std::span(bytes)));
     });
-    close(descriptor);
+    closeOpenFile(file);
     bytes.resize(!fits || count < 0 ? 0 : static_cast<std::size_t>(count));
     return bytes;
-}
-
-// The same file whatever the working directory becomes. A link is not followed: what it leads to,
-// somewhere outside a card perhaps, is not this program's to replace.
-Path absolutePath(PathView path) {
-    if (!isUsablePath(path)) return {};
-    return path.substr(0, 1) == "/" ? Path(path) : currentDirectory() + Path(path);
 }
 
 // The process number keeps two running programs from writing into one file.
 constexpr PathView temporaryEnding = ".neu-";
 
 Path temporaryPath(PathView path) {
-    return concatenate(path, temporaryEnding, integerToText(getpid()));
+    return concatenate(path, temporaryEnding, integerToText(processNumber()));
 }
 
 // Removes what saves have left that were cut off, but nothing of a program that still runs.
@@ -112,18 +49,15 @@ void removeLeftovers(PathView path) {
         if (!name.starts_with(beginning)) continue;
         const PathView digits = PathView(name).substr(beginning.size());
         if (digits.empty() || digits.find_first_not_of("0123456789") != PathView::npos) continue;
-        const std::int64_t process = textToInteger(digits);
-        if (process < 1 || process > std::numeric_limits<pid_t>::max()) continue;
-        if (kill(static_cast<pid_t>(process), 0) != 0 && errno == ESRCH)
-            deleteRegularFile(concatenate(directory, name));
+        if (isProcessGone(textToInteger(digits))) deleteRegularFile(concatenate(directory, name));
     }
 }
 
 // A new empty file, opened for writing. A leftover of that name from a run that was cut off is
 // removed.
-int createTemporaryFile(PathView temporary) {
+OpenFile createTemporaryFile(PathView temporary) {
     deleteFile(temporary);
-    return openRegularFile(temporary, O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW);
+    return openRegularFile(temporary, Opening::createNew);
 }
 
 // The group to write into, made when it is not there yet.
@@ -144,52 +78,6 @@ const PreferenceEntry* findEntry(const Preferences& preferences, TextView key) {
 
 }  // namespace
 
-std::vector<PreferenceGroup> parsePreferences(std::string_view bytes) {
-    constexpr std::string_view byteOrderMark = "\xEF\xBB\xBF";
-    Text converted;
-    if (bytes.substr(0, byteOrderMark.size()) == byteOrderMark) {
-        converted = utf8ToLatin1(bytes.substr(byteOrderMark.size()));
-        bytes = converted;
-    }
-
-    std::vector<PreferenceGroup> groups;
-    std::unordered_map<Text, std::size_t> positions;
-    const auto positionOf = [&](TextView name) {
-        const auto [place, isNew] = positions.try_emplace(foldCase(name), groups.size());
-        if (isNew) groups.push_back({Text(name), {}});
-        return place->second;
-    };
-    std::size_t current = noPreferenceGroup;
-    while (!bytes.empty()) {
-        const TextView line = withoutLeadingSpace(takeLine(bytes));
-        if (line.empty()) continue;
-        if (line.front() == '[') {
-            current = positionOf(line.substr(1, line.find(']') - 1));
-            continue;
-        }
-        if (current == noPreferenceGroup) current = positionOf({});
-        groups[current].entries.push_back(line.front() == ';' ? parseComment(line)
-                                                              : parseEntry(line));
-    }
-    return groups;
-}
-
-std::string formatPreferences(const std::vector<PreferenceGroup>& groups) {
-    // What belongs to no group would, behind a header, belong to the header's group.
-    std::string bytes;
-    for (const PreferenceGroup& group : groups) {
-        if (group.name.empty()) formatEntries(group, bytes);
-    }
-    for (const PreferenceGroup& group : groups) {
-        if (group.name.empty() || group.entries.empty()) continue;
-        bytes += '[';
-        bytes += group.name;
-        bytes += "]\n";
-        formatEntries(group, bytes);
-    }
-    return bytes;
-}
-
 Preferences openPreferences(PathView path) {
     Preferences preferences;
     preferences.path = absolutePath(path);
@@ -204,14 +92,14 @@ bool createPreferences(Preferences& preferences, PathView path) {
     Preferences created;
     created.path = absolutePath(path);
     created.unfinished = temporaryPath(created.path);
-    const Path& target = created.path;
-    struct stat status = {};
-    if (lstat(target.c_str(), &status) == 0 && !S_ISREG(status.st_mode) && !S_ISLNK(status.st_mode))
-        return false;
-    removeLeftovers(target);
-    const int descriptor = createTemporaryFile(created.unfinished);
-    if (descriptor == noDescriptor) return false;
-    close(descriptor);
+    // A link is not followed: what it leads to, somewhere outside a card perhaps, is not this
+    // program's to replace.
+    const FileKind kind = kindOf(created.path, LinksAre::refused);
+    if (kind == FileKind::directory || kind == FileKind::other) return false;
+    removeLeftovers(created.path);
+    const OpenFile file = createTemporaryFile(created.unfinished);
+    if (file == noFile) return false;
+    closeOpenFile(file);
     created.changed = true;
     preferences = std::move(created);
     return true;
@@ -266,8 +154,7 @@ void preferenceComment(Preferences& preferences, TextView comment) {
 }
 
 void discardPreferences(Preferences& preferences) {
-    // Without another text, for which there may be no memory.
-    if (!preferences.unfinished.empty()) unlink(preferences.unfinished.c_str());
+    if (!preferences.unfinished.empty()) deleteFile(preferences.unfinished);
     preferences = {};
 }
 

@@ -1,7 +1,5 @@
-// One preference file: "[group]" headers and "key = value" lines in Latin-1.
-//
-// Reading is total: any bytes parse without error. Only one file is open at a time, as a record
-// that the caller owns.
+// One preference file, opened, read by key, written and closed: a record that the caller owns. What
+// stands in it is described by preference_text.h.
 #pragma once
 
 #include <cstddef>
@@ -11,21 +9,11 @@
 #include <unordered_map>
 #include <vector>
 
+#include "services/disk/preference_text.h"
 #include "services/text/latin1.h"
 #include "services/text/paths.h"
 
 namespace services {
-
-struct PreferenceEntry {
-    Text key;  // a comment when empty and `isComment` is set
-    Text value;
-    bool isComment = false;
-};
-
-struct PreferenceGroup {
-    Text name;  // empty for the part before the first group header
-    std::vector<PreferenceEntry> entries;
-};
 
 inline constexpr std::size_t noPreferenceGroup = std::numeric_limits<std::size_t>::max();
 
@@ -44,16 +32,6 @@ struct Preferences {
 
 // A larger file is no preference file and counts as unreadable.
 inline constexpr std::int64_t preferenceFileLimit = std::int64_t{16} << 20;
-
-// The records of a preference file's bytes. Group headers of the same name (ignoring case) are one
-// group, "[]" goes with the part before the first header; of repeated keys the first counts. Letter
-// case is ignored for all letters of Latin-1. Takes time in proportion to the bytes.
-std::vector<PreferenceGroup> parsePreferences(std::string_view bytes);
-
-// The bytes of a preference file: LF line ends, "; " comment lines, groups without entries left
-// out. The part without a name comes first. Texts are written as they are: what holds a line end, a
-// value that begins with a blank or the like reads back as something else.
-std::string formatPreferences(const std::vector<PreferenceGroup>& groups);
 
 // A missing or unreadable file gives empty preferences. The part before the first group is
 // selected.

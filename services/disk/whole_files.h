@@ -6,6 +6,7 @@
 #include <string>
 #include <string_view>
 
+#include "services/disk/file_kinds.h"
 #include "services/text/paths.h"
 
 namespace services {
@@ -18,8 +19,6 @@ Presence presenceOf(PathView path);
 // No card's file comes near this length (8 GiB): their file systems end at 4 GiB or hold years of
 // trainings in a few megabytes. What is longer is not read, which would take minutes or hours.
 inline constexpr std::uint64_t longestFile = std::uint64_t{1} << 33U;
-
-enum class LinksAre { followed, refused };
 
 struct WholeFile {
     enum class State { missing, notRegular, unreadable, read } state = State::missing;
@@ -52,18 +51,6 @@ bool flushPath(PathView path);
 // Waits until the names in the directory that holds `path` are on the disk. Many file systems can't
 // do that for directories and say so: only a failing disk counts as a failure.
 bool flushDirectoryOf(PathView path);
-
-// Keeps other programs that ask for the same from going on with a directory: nothing else, and only
-// as long as this process lives. Nothing is written for it.
-struct HeldDirectory {
-    int descriptor = -1;  // -1: nothing is held
-};
-
-enum class Holding { done, heldByAnother, impossible };
-
-// Never waits. Empty: the working directory. What was held before is let go.
-Holding holdDirectory(HeldDirectory& held, PathView directory);
-void letGo(HeldDirectory& held);
 
 // FNV-1a in 64 bits: tells files apart that differ by accident. Goes on from the value of what came
 // before.

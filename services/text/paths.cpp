@@ -2,6 +2,10 @@
 
 namespace services {
 
+bool isUsablePath(PathView path) {
+    return !path.empty() && path.find('\0') == PathView::npos;
+}
+
 Text pathToText(PathView path) {
     return utf8ToLatin1(path);
 }

@@ -12,6 +12,9 @@ namespace services {
 using Path = std::string;
 using PathView = std::string_view;
 
+// False for the empty path and for one with a NUL byte, which would name another file.
+bool isUsablePath(PathView path);
+
 // The path as the user should read it: characters outside Latin-1 become "?". For messages only,
 // never the way back to a file.
 Text pathToText(PathView path);

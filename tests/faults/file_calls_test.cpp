@@ -14,9 +14,11 @@
 #include "services/disk/directories.h"
 #include "services/disk/file_copies.h"
 #include "services/disk/file_moves.h"
+#include "services/disk/held_directory.h"
 #include "services/disk/numbered_files.h"
+#include "services/disk/posix/renaming.h"
 #include "services/disk/preferences.h"
-#include "services/disk/regular_files.h"
+#include "services/disk/system_files.h"
 #include "services/disk/whole_files.h"
 #include "tests/faults/fault_injector.h"
 #include "tests/stand_ins/stand_ins.h"
@@ -170,9 +172,9 @@ TEST_F(FileCalls, AnInterruptedCallIsMadeAgain) {
 TEST_F(FileCalls, AFileThatCantBeLookedAtIsNotOpened) {
     writeBytes("file", "content");
     const std::size_t before = openDescriptors();
-    EXPECT_EQ(
-        under(failing(EIO, "fstat"), [] { return services::openRegularFile("file", O_RDONLY); }),
-        services::noDescriptor);
+    EXPECT_EQ(under(failing(EIO, "fstat"),
+                    [] { return services::openRegularFile("file", services::Opening::read); }),
+              services::noFile);
     EXPECT_EQ(openDescriptors(), before);
 }
 

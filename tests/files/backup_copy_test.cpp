@@ -13,6 +13,7 @@
 #include "files/backup_plan.h"
 #include "files/report_window.h"
 #include "services/disk/directories.h"
+#include "services/disk/held_directory.h"
 #include "services/disk/numbered_files.h"
 #include "services/disk/whole_files.h"
 #include "services/text/text.h"

@@ -5,6 +5,7 @@
 #include <filesystem>
 #include <fstream>
 
+#include "services/disk/held_directory.h"
 #include "tests/stand_ins/stand_ins.h"
 
 namespace {

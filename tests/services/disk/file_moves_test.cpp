@@ -1,4 +1,6 @@
 #include "services/disk/file_moves.h"
+#include "services/disk/directories.h"
+#include "services/disk/posix/renaming.h"
 
 #include <gtest/gtest.h>
 #include <sys/stat.h>

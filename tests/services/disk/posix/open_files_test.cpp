@@ -1,9 +1,10 @@
 // What goes wrong below the files: calls that are cut short, interrupted or refused.
-#include "services/disk/regular_files.h"
-
+#include <fcntl.h>
 #include <sys/mman.h>
 #include <sys/socket.h>
+#include <sys/stat.h>
 #include <sys/time.h>
+#include <unistd.h>
 
 #include <array>
 #include <csignal>
@@ -13,14 +14,18 @@
 #include "services/disk/file_copies.h"
 #include "services/disk/file_moves.h"
 #include "services/disk/numbered_files.h"
+#include "services/disk/posix/descriptors.h"
+#include "services/disk/system_files.h"
 #include "tests/files/file_size_limit.h"
 #include "tests/stand_ins/stand_ins.h"
 
 namespace {
 
+using services::descriptorOf;
 using services::noDescriptor;
+using services::openFileOf;
+using services::Opening;
 using services::openRegularFile;
-using services::PathView;
 
 // A descriptor that is closed at the end of its test.
 struct Descriptor {
@@ -55,7 +60,7 @@ std::span<const std::byte> constBytesOf(const std::string& text) {
     return std::as_bytes(std::span(text));
 }
 
-class RegularFiles : public stand_ins::StandInTest {
+class OpenFiles : public stand_ins::StandInTest {
   protected:
     void TearDown() override {
         for (int number = 0; number < services::fileNumberLimit; ++number)
@@ -70,28 +75,28 @@ class RegularFiles : public stand_ins::StandInTest {
     }
 };
 
-TEST_F(RegularFiles, ReadingGoesOnAfterAShortCall) {
+TEST_F(OpenFiles, ReadingGoesOnAfterAShortCall) {
     const Messages messages;
     ASSERT_EQ(3, write(messages.sender.number, "abc", 3));
     ASSERT_EQ(2, write(messages.sender.number, "de", 2));
     std::string block(5, '-');
-    EXPECT_EQ(5, services::readFully(messages.receiver.number, bytesOf(block)));
+    EXPECT_EQ(5, services::readFully(openFileOf(messages.receiver.number), bytesOf(block)));
     EXPECT_EQ("abcde", block);
 }
 
-TEST_F(RegularFiles, ReadingEndsWhereTheFileDoes) {
+TEST_F(OpenFiles, ReadingEndsWhereTheFileDoes) {
     Messages messages;
     ASSERT_EQ(3, write(messages.sender.number, "abc", 3));
     close(messages.sender.number);
     messages.sender.number = noDescriptor;
     std::string block(5, '-');
-    EXPECT_EQ(3, services::readFully(messages.receiver.number, bytesOf(block)));
+    EXPECT_EQ(3, services::readFully(openFileOf(messages.receiver.number), bytesOf(block)));
     EXPECT_EQ("abc--", block);
 }
 
 int interruptedSender = noDescriptor;
 
-TEST_F(RegularFiles, ReadingGoesOnAfterAnInterruption) {
+TEST_F(OpenFiles, ReadingGoesOnAfterAnInterruption) {
     const Messages messages;
     interruptedSender = messages.sender.number;
     struct sigaction action = {};
@@ -101,16 +106,16 @@ TEST_F(RegularFiles, ReadingGoesOnAfterAnInterruption) {
     const itimerval soon = {.it_interval = {}, .it_value = {.tv_sec = 0, .tv_usec = 50'000}};
     ASSERT_EQ(0, setitimer(ITIMER_REAL, &soon, nullptr));
     std::string block(3, '-');
-    EXPECT_EQ(3, services::readFully(messages.receiver.number, bytesOf(block)));
+    EXPECT_EQ(3, services::readFully(openFileOf(messages.receiver.number), bytesOf(block)));
     EXPECT_EQ("abc", block);
     sigaction(SIGALRM, &previous, nullptr);
 }
 
-TEST_F(RegularFiles, AReadErrorIsNotTheEndOfTheFile) {
-    const Descriptor memory(openRegularFile("/proc/self/mem", O_RDONLY));
+TEST_F(OpenFiles, AReadErrorIsNotTheEndOfTheFile) {
+    const Descriptor memory(descriptorOf(openRegularFile("/proc/self/mem", Opening::read)));
     if (memory.number == noDescriptor) GTEST_SKIP() << "no such file here";
     std::string block(16, '-');
-    EXPECT_EQ(-1, services::readFully(memory.number, bytesOf(block)));
+    EXPECT_EQ(-1, services::readFully(openFileOf(memory.number), bytesOf(block)));
 
     // Behind a page that can be read lies one that can't.
     const auto page = static_cast<std::size_t>(sysconf(_SC_PAGESIZE));
@@ -121,11 +126,11 @@ TEST_F(RegularFiles, AReadErrorIsNotTheEndOfTheFile) {
     const auto start = reinterpret_cast<std::intptr_t>(pages);
     ASSERT_EQ(start, lseek(memory.number, start, SEEK_SET));
     std::string both(2 * page, '-');
-    EXPECT_EQ(-1, services::readFully(memory.number, bytesOf(both)));
+    EXPECT_EQ(-1, services::readFully(openFileOf(memory.number), bytesOf(both)));
     munmap(pages, page);
 }
 
-TEST_F(RegularFiles, NumbersReadNothingWhereReadingFails) {
+TEST_F(OpenFiles, NumbersReadNothingWhereReadingFails) {
     if (!services::readFile(0, "/proc/self/mem")) GTEST_SKIP() << "no such file here";
     std::array<std::byte, 8> block{};
     EXPECT_EQ(0U, services::readBlock(0, block));
@@ -133,14 +138,14 @@ TEST_F(RegularFiles, NumbersReadNothingWhereReadingFails) {
     EXPECT_EQ(0, services::readQuad(0));
 }
 
-TEST_F(RegularFiles, AWriteErrorIsAFailure) {
+TEST_F(OpenFiles, AWriteErrorIsAFailure) {
     const Descriptor full(open("/dev/full", O_WRONLY | O_CLOEXEC));
     if (full.number == noDescriptor) GTEST_SKIP() << "no such file here";
-    EXPECT_FALSE(services::writeFully(full.number, constBytesOf("abc")));
-    EXPECT_TRUE(services::writeFully(full.number, {}));
+    EXPECT_FALSE(services::writeFully(openFileOf(full.number), constBytesOf("abc")));
+    EXPECT_TRUE(services::writeFully(openFileOf(full.number), {}));
 }
 
-TEST_F(RegularFiles, WritingGoesOnAfterAShortCallAndFailsWhereTheDiskIsFull) {
+TEST_F(OpenFiles, WritingGoesOnAfterAShortCallAndFailsWhereTheDiskIsFull) {
     ASSERT_TRUE(services::createFile(0, "file"));
     const std::string text(3000, 'x');
     bool written = true;
@@ -155,7 +160,7 @@ TEST_F(RegularFiles, WritingGoesOnAfterAShortCallAndFailsWhereTheDiskIsFull) {
 int interruptedReceiver = noDescriptor;
 
 // A socket whose buffer is full makes the writer wait; the interruption empties it.
-TEST_F(RegularFiles, WritingGoesOnAfterAnInterruption) {
+TEST_F(OpenFiles, WritingGoesOnAfterAnInterruption) {
     const Messages messages;
     interruptedReceiver = messages.receiver.number;
     const std::string text(1000, 'x');
@@ -171,20 +176,20 @@ TEST_F(RegularFiles, WritingGoesOnAfterAnInterruption) {
     ASSERT_EQ(0, sigaction(SIGALRM, &action, &previous));
     const itimerval soon = {.it_interval = {}, .it_value = {.tv_sec = 0, .tv_usec = 50'000}};
     ASSERT_EQ(0, setitimer(ITIMER_REAL, &soon, nullptr));
-    EXPECT_TRUE(services::writeFully(messages.sender.number, constBytesOf(text)));
+    EXPECT_TRUE(services::writeFully(openFileOf(messages.sender.number), constBytesOf(text)));
     sigaction(SIGALRM, &previous, nullptr);
 }
 
-TEST_F(RegularFiles, FlushingTellsWhenTheSystemRefuses) {
+TEST_F(OpenFiles, FlushingTellsWhenTheSystemRefuses) {
     const Messages messages;  // no file, so nothing that could be on a disk
-    EXPECT_FALSE(services::flushDescriptor(messages.sender.number));
-    EXPECT_FALSE(services::flushDescriptor(noDescriptor));
+    EXPECT_FALSE(services::flushOpenFile(openFileOf(messages.sender.number)));
+    EXPECT_FALSE(services::flushOpenFile(services::noFile));
     if (!services::readFile(0, "/proc/self/mem")) GTEST_SKIP() << "no such file here";
     EXPECT_FALSE(services::flushFile(0));
 }
 
 // Whose files others may read or write is for the user's mask to say.
-TEST_F(RegularFiles, NewFilesHaveTheRightsThatTheUsersMaskLeaves) {
+TEST_F(OpenFiles, NewFilesHaveTheRightsThatTheUsersMaskLeaves) {
     struct Row {
         mode_t mask;
         mode_t mode;
@@ -217,7 +222,7 @@ int fileThatCantShrink() {
     return descriptor;
 }
 
-TEST_F(RegularFiles, AFileThatCantBeEmptiedIsNotLeftOpen) {
+TEST_F(OpenFiles, AFileThatCantBeEmptiedIsNotLeftOpen) {
     const Descriptor sealed(fileThatCantShrink());
     if (sealed.number == noDescriptor) GTEST_SKIP() << "no such files here";
     const std::string path = "/proc/self/fd/" + std::to_string(sealed.number);
@@ -229,17 +234,17 @@ TEST_F(RegularFiles, AFileThatCantBeEmptiedIsNotLeftOpen) {
     EXPECT_TRUE(services::cutFile(path, 3));
 }
 
-TEST_F(RegularFiles, AMissingFileIsMadeOnlyWhenAskedFor) {
-    EXPECT_EQ(noDescriptor, openRegularFile("file", O_RDONLY));
-    EXPECT_EQ(noDescriptor, openRegularFile("file", O_RDWR));
+TEST_F(OpenFiles, AMissingFileIsMadeOnlyWhenAskedFor) {
+    EXPECT_EQ(services::noFile, openRegularFile("file", Opening::read));
+    EXPECT_EQ(services::noFile, openRegularFile("file", Opening::write));
     EXPECT_FALSE(std::filesystem::exists("file"));
-    const Descriptor made(openRegularFile("file", O_RDWR | O_CREAT));
+    const Descriptor made(descriptorOf(openRegularFile("file", Opening::update)));
     EXPECT_NE(noDescriptor, made.number);
     EXPECT_TRUE(std::filesystem::exists("file"));
 }
 
-TEST_F(RegularFiles, AreClosedInWhateverProgramIsStarted) {
-    const Descriptor file(openRegularFile("file", O_RDWR | O_CREAT));
+TEST_F(OpenFiles, AreClosedInWhateverProgramIsStarted) {
+    const Descriptor file(descriptorOf(openRegularFile("file", Opening::update)));
     EXPECT_NE(0, fcntl(file.number, F_GETFD) & FD_CLOEXEC);
 }
 
