@@ -806,7 +806,8 @@ class ShortMemory : public CommandFaults {
         for (const device::DictionaryRecord& record : device::state.dictionary)
             listed.insert(record.description);
         bool usable = !device::state.dictionaryUnreadable && world.windows.size() == 1 &&
-                      device::state.heldTree.descriptor < 0 && world.events.empty() &&
+                      device::state.heldTree.directory == services::noFile &&
+                      world.events.empty() &&
                       app::state.chartImage.pixels.size() ==
                           static_cast<std::size_t>(app::state.chartImage.deviceWidth) *
                               static_cast<std::size_t>(app::state.chartImage.deviceHeight);
