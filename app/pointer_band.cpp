@@ -99,7 +99,7 @@ void moveMark(int key, int modifier) {
 }  // namespace
 
 void clickChart(int button) {
-    if (state.lastMenuItem > lastItemForClicks) return;
+    if (state.lastMenuItem >= firstItemWithoutClicks) return;
     if (button == rightButton) removeLimits();
     if (button != leftButton) return;
     if (state.tracking)
@@ -109,7 +109,7 @@ void clickChart(int button) {
 }
 
 void pressKeyOnChart(int key, int modifier) {
-    if (state.lastMenuItem > lastItemForClicks) return;
+    if (state.lastMenuItem >= firstItemWithoutClicks) return;
     switch (key) {
         case services::upKey:
         case services::downKey:

@@ -7,9 +7,9 @@ namespace app {
 inline constexpr int bandTimer = 1;
 inline constexpr int bandTimerPeriod = 20;  // ms
 
-// The items up to which, as the last one chosen, clicks act. The mean line's are among them, of the
-// trend's only the first.
-inline constexpr int lastItemForClicks = 700;
+// Clicks act as long as the item chosen last is below this: after all items but "Grenzwerte" and
+// "Farbe" of any value and those of the menu "Info".
+inline constexpr int firstItemWithoutClicks = 800;
 
 enum MouseButton : int { leftButton = 0, rightButton = 1 };
 

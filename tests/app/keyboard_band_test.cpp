@@ -163,7 +163,7 @@ TEST_F(KeyboardBand, AClickEndsWhatTheKeysBeganAndSpaceWhatAClickBegan) {
 
 TEST_F(KeyboardBand, ActsOnlyWhileClicksWould) {
     charts::state.limits[3] = {.lower = 101, .upper = 102};
-    app::state.lastMenuItem = 703;
+    app::state.lastMenuItem = 803;
     press(services::upKey, services::shiftModifier);
     space();
     press(services::deleteKey);

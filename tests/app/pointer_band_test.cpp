@@ -154,8 +154,8 @@ TEST_F(PointerBand, ARightClickRemovesTheLimitsOfThatValueOnlyFromAnyState) {
     EXPECT_EQ(app::state.chartImage.pixels, picture().pixels);
 }
 
-TEST_F(PointerBand, ActsWhileTheLastMenuItemIsAtMost700) {
-    for (const int last : {700, 603, 203, 2, 0, -3, -2147483647}) {
+TEST_F(PointerBand, ActsAfterEveryMenuItemUpToTheTrends) {
+    for (const int last : {771, 750, 719, 703, 701, 700, 603, 203, 2, 0, -3, -2147483647}) {
         SCOPED_TRACE(last);
         app::state.lastMenuItem = last;
         clickLeft();
@@ -168,9 +168,9 @@ TEST_F(PointerBand, ActsWhileTheLastMenuItemIsAtMost700) {
     }
 }
 
-TEST_F(PointerBand, DoesNothingAfterAMenuItemAbove700) {
+TEST_F(PointerBand, DoesNothingAfterAMenuItemBehindTheTrends) {
     setLimits(3, 101, 102);
-    for (const int last : {701, 703, 719, 750, 803, 903, 1000, 1001, 2147483647}) {
+    for (const int last : {800, 803, 871, 900, 903, 971, 1000, 1001, 2147483647}) {
         SCOPED_TRACE(last);
         app::state.lastMenuItem = last;
         clickLeft();
@@ -180,10 +180,11 @@ TEST_F(PointerBand, DoesNothingAfterAMenuItemAbove700) {
     }
 }
 
-TEST_F(PointerBand, GoesOnAfterAMenuItemAbove700UntilAnotherItemLetsClicksActAgain) {
+TEST_F(PointerBand, GoesOnAfterAMenuItemWithoutClicksUntilAnotherLetsThemActAgain) {
     clickLeft();
     tickAt(chartBottom);
-    choose(703);
+    world.colourAnswers.push_back({charts::state.colours[3], charts::state.colours[3]});
+    choose(903);
     tickAt(281);
     clickLeft();
     EXPECT_TRUE(app::state.tracking);
@@ -204,6 +205,22 @@ TEST_F(PointerBand, AfterAMeanLineItActsOnTheHighestMarkedValue) {
     clickRight();
     expectLimits(3, 101, 102);
     expectLimits(7, 0, 0);
+}
+
+TEST_F(PointerBand, AfterATrendLineItActsOnTheHighestMarkedValueOfEitherChart) {
+    for (const int trend : {703, 711, 750, 771}) {
+        SCOPED_TRACE(trend);
+        choose(trend);
+        app::state.currentChart = charts::ChartKind::overview;
+        setLimits(3, 101, 102);
+        clickRight();
+        expectLimits(3, 0, 0);
+        clickLeft();
+        tickAt(chartBottom);
+        tickAt(281);
+        clickLeft();
+        expectLimits(3, 101, 102);
+    }
 }
 
 TEST_F(PointerBand, InTheTrainingChartUsesTheSamples) {
