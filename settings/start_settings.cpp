@@ -84,8 +84,10 @@ void loadStartSettings() {
 }
 
 void useDesktopSize() {
-    state.windowWidth = services::roundToInt32(services::desktopWidth(0) * 0.9);
-    state.windowHeight = services::roundToInt32(services::desktopHeight(0) * 0.7);
+    // Neither 0.9 nor 0.7 is a binary fraction: multiplied by them a half would be less or more
+    // than one. What is divided here is exact, and a half stays one.
+    state.windowWidth = services::roundToInt32(services::desktopWidth(0) * 9 / 10.0);
+    state.windowHeight = services::roundToInt32(services::desktopHeight(0) * 7 / 10.0);
 }
 
 void applyMenuPreselection() {

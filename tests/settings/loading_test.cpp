@@ -43,6 +43,39 @@ TEST_F(LoadingSettings, AMissingFileGivesTheDefaults) {
     EXPECT_EQ(before, charts::state.colours);
 }
 
+TEST_F(LoadingSettings, TheDesktopsShareIsRoundedHalfToEven) {
+    struct Row {
+        int desktop;
+        int width;
+        int height;
+    };
+    for (const Row& row : {Row{1445, 1300, 1012}, Row{1435, 1292, 1004}, Row{1455, 1310, 1018},
+                           Row{865, 778, 606}, Row{1, 1, 1}, Row{1080, 972, 756}}) {
+        SCOPED_TRACE(row.desktop);
+        stand_ins::world.desktopWidth = row.desktop;
+        stand_ins::world.desktopHeight = row.desktop;
+        settings::useDesktopSize();
+        EXPECT_EQ(row.width, settings::state.windowWidth);
+        EXPECT_EQ(row.height, settings::state.windowHeight);
+    }
+}
+
+// Against the whole numbers themselves: ten times the share, and its last digit.
+TEST_F(LoadingSettings, TheDesktopsShareIsExactForEveryDesktop) {
+    const auto share = [](int desktop, int tenths) {
+        const int whole = desktop * tenths / 10;
+        const int rest = desktop * tenths % 10;
+        return whole + (rest > 5 || (rest == 5 && whole % 2 != 0) ? 1 : 0);
+    };
+    for (int desktop = 0; desktop <= 20000; ++desktop) {
+        stand_ins::world.desktopWidth = desktop;
+        stand_ins::world.desktopHeight = desktop;
+        settings::useDesktopSize();
+        ASSERT_EQ(share(desktop, 9), settings::state.windowWidth) << desktop;
+        ASSERT_EQ(share(desktop, 7), settings::state.windowHeight) << desktop;
+    }
+}
+
 TEST_F(LoadingSettings, KeysAreFoundWithoutRegardToCaseAndBlanks) {
     load("[PROGRAMMEINSTELLUNGEN]\r\nwindowbreite=800\r\nWINDOWH\xD6HE = 600\r\n");
     EXPECT_EQ(800, settings::state.windowWidth);
