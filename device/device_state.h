@@ -53,8 +53,9 @@ struct DeviceState {
     // chosen.
     services::Path backupDirectory;
 
-    // True once the user has unlocked renumbering.
-    bool renumberingEnabled = false;
+    // 0: renumbering is locked and asks to be unlocked; 1: unlocked. Any other number, which only a
+    // settings file can bring in, neither asks nor renumbers.
+    std::int32_t renumberingEnabled = 0;
 };
 
 extern DeviceState state;

@@ -23,14 +23,15 @@ namespace {
 
 // Yes unlocks until the program ends, and beyond when the start settings are saved.
 bool isUnlocked() {
-    if (!device::state.renumberingEnabled) {
-        device::state.renumberingEnabled = services::askYesNo(
+    if (device::state.renumberingEnabled == 0 &&
+        services::askYesNo(
             "Sicherheitswarnung"_l1,
             "Das Durchnummerieren ist nicht freigeschaltet! Beim Durchnummerieren kann es zu "
             "Konflikten mit den Dateinamen der Sicherheitskopie kommen. Soll das "
-            "Durchnummerieren trotzdem freigeschaltet werden?"_l1);
+            "Durchnummerieren trotzdem freigeschaltet werden?"_l1)) {
+        device::state.renumberingEnabled = 1;
     }
-    return device::state.renumberingEnabled;
+    return device::state.renumberingEnabled == 1;
 }
 
 // What is not there can't be renamed.

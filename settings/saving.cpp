@@ -36,8 +36,7 @@ void writeProgramSettings(services::Preferences& preferences, services::PathView
     services::writeText(preferences, keys::deviceDirectory, pathToStoredText(directory));
     services::writeText(preferences, keys::backupDirectory,
                         pathToStoredText(device::state.backupDirectory));
-    services::writeInteger(preferences, keys::renumbering,
-                           device::state.renumberingEnabled ? 1 : 0);
+    services::writeInteger(preferences, keys::renumbering, device::state.renumberingEnabled);
     services::preferenceComment(preferences, {});
 }
 

@@ -74,7 +74,7 @@ void loadStartSettings() {
         services::readText(preferences, keys::deviceDirectory, {});
     device::state.backupDirectory =
         storedTextToPath(services::readText(preferences, keys::backupDirectory, {}));
-    device::state.renumberingEnabled = readInteger32(preferences, keys::renumbering) == 1;
+    device::state.renumberingEnabled = readInteger32(preferences, keys::renumbering);
     services::preferenceGroup(preferences, keys::colourGroup);
     loadColours(preferences);
     services::preferenceGroup(preferences, keys::menuGroup);

@@ -191,6 +191,17 @@ TEST_F(Renumbering, YesToTheWarningUnlocksForTheNextTimes) {
     EXPECT_TRUE(fs::exists(nameOf(2)));
 }
 
+TEST_F(Renumbering, WithASwitchThatIsNeitherOffNorOnNeitherAsksNorRenumbers) {
+    useCard({recordOf(1, 1), recordOf(5, 2)});
+    const auto before = contents();
+    for (const int number : {5, 2, -1}) {
+        device::state.renumberingEnabled = number;
+        renumber();
+        EXPECT_EQ(device::state.renumberingEnabled, number);
+    }
+    EXPECT_EQ(contents(), before);
+}
+
 TEST_F(Renumbering, NoToTheQuestionChangesNothing) {
     useCard({recordOf(1, 1), recordOf(5, 2)});
     expectQuestion(false);

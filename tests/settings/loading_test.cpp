@@ -168,15 +168,15 @@ TEST_F(LoadingSettings, PathsArriveAsUtf8) {
     EXPECT_EQ(directory.string() + "/Bücher/data/result/ergo_bike/", services::currentDirectory());
 }
 
-TEST_F(LoadingSettings, NothingButOneUnlocksRenumbering) {
+TEST_F(LoadingSettings, TheRenumberingSwitchIsANumber) {
     struct Row {
         const char* value;
-        bool unlocks;
+        std::int32_t number;
     };
-    for (const Row& row : {Row{"1", true}, Row{"2", false}, Row{"-1", false}, Row{"0", false},
-                           Row{"ja", false}, Row{"1x", true}, Row{"4294967297", true}}) {
+    for (const Row& row : {Row{"1", 1}, Row{"5", 5}, Row{"-1", -1}, Row{"0", 0}, Row{"ja", 0},
+                           Row{"1x", 1}, Row{"4294967297", 1}}) {
         load(std::string("[Programmeinstellungen]\nNummerieren = ") + row.value + "\n");
-        EXPECT_EQ(row.unlocks, device::state.renumberingEnabled) << row.value;
+        EXPECT_EQ(row.number, device::state.renumberingEnabled) << row.value;
     }
 }
 

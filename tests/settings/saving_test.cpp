@@ -184,6 +184,16 @@ TEST_F(SettingsFile, HoldsEverySettingInItsPlace) {
         file());
 }
 
+TEST_F(SettingsFile, KeepsANumberOfTheRenumberingSwitchThatIsNeitherOffNorOn) {
+    for (const char* number : {"5", "-1", "2147483647", "-2147483648"}) {
+        const std::string line = std::string("\nNummerieren = ") + number + "\n";
+        write("[Programmeinstellungen]" + line);
+        settings::loadStartSettings();
+        save();
+        EXPECT_NE(std::string::npos, file().find(line)) << number << '\n' << file();
+    }
+}
+
 TEST_F(SettingsFile, WithAllColoursSetHas72OfThemInIndexOrder) {
     charts::state.colours.fill(1);
     save();
