@@ -55,9 +55,27 @@ void removeLeftovers(PathView path) {
 
 // A new empty file, opened for writing. A leftover of that name from a run that was cut off is
 // removed.
-OpenFile createTemporaryFile(PathView temporary) {
+OpenFile createTemporaryFile(PathView temporary, OpenError& error) {
     deleteFile(temporary);
-    return openRegularFile(temporary, Opening::createNew);
+    return openRegularFile(temporary, Opening::createNew, &error);
+}
+
+// Writes the bytes over those that the file holds: the way for a file in a directory that takes no
+// other beside it, as one that lies in somebody else's. When that fails, on a full disk say, the
+// file gets back what it held, for which it has the room; only a crash in between finds a part of
+// both. True when all is on the disk.
+bool writeInPlace(PathView path, std::string_view bytes) {
+    const WholeFile before = readWholeFile(path, LinksAre::refused);
+    const OpenFile file = openRegularFile(path, Opening::writeItself);
+    if (file == noFile) return false;
+    const auto write = [file](std::string_view content) {
+        return seekInOpenFile(file, 0) && writeFully(file, std::as_bytes(std::span(content))) &&
+               resizeOpenFile(file, static_cast<std::int64_t>(content.size())) &&
+               flushOpenFile(file);
+    };
+    const bool written = write(bytes);
+    if (!written && before.state == WholeFile::State::read) write(before.bytes);
+    return closeOpenFile(file) && written;
 }
 
 // The group to write into, made when it is not there yet.
@@ -97,7 +115,13 @@ bool createPreferences(Preferences& preferences, PathView path) {
     const FileKind kind = kindOf(created.path, LinksAre::refused);
     if (kind == FileKind::directory || kind == FileKind::other) return false;
     removeLeftovers(created.path);
-    const OpenFile file = createTemporaryFile(created.unfinished);
+    OpenError error = OpenError::none;
+    OpenFile file = createTemporaryFile(created.unfinished, error);
+    if (error == OpenError::refused) {
+        created.inPlace = true;
+        created.unfinished.clear();
+        file = openRegularFile(created.path, Opening::writeItself);
+    }
     if (file == noFile) return false;
     closeOpenFile(file);
     created.changed = true;
@@ -163,9 +187,13 @@ bool closePreferences(Preferences& preferences) {
     if (!closing.changed) return true;
     bool written = false;
     static_cast<void>(withinMemory([&closing, &written] {
+        const std::string bytes = formatPreferences(closing.groups);
+        if (closing.inPlace) {
+            written = writeInPlace(closing.path, bytes);
+            return;
+        }
         if (closing.unfinished.empty()) closing.unfinished = temporaryPath(closing.path);
-        written =
-            replaceWholeFile(closing.path, closing.unfinished, formatPreferences(closing.groups));
+        written = replaceWholeFile(closing.path, closing.unfinished, bytes);
     }));
     if (!written) discardPreferences(closing);
     return written;

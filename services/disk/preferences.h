@@ -19,7 +19,8 @@ inline constexpr std::size_t noPreferenceGroup = std::numeric_limits<std::size_t
 
 struct Preferences {
     Path path;
-    Path unfinished;  // what is written before it gets the name
+    Path unfinished;       // what is written before it gets the name
+    bool inPlace = false;  // written over the old file instead, as nothing can be made beside it
     std::vector<PreferenceGroup> groups;
     bool changed = false;  // something to write when closed
 
@@ -38,7 +39,8 @@ inline constexpr std::int64_t preferenceFileLimit = std::int64_t{16} << 20;
 Preferences openPreferences(PathView path);
 
 // Starts a new, empty file: created at once, under a temporary name beside `path`, so that the file
-// of that name stays whole until the new one is. Later changes of the working directory don't
+// of that name stays whole until the new one is. In a directory that this user may make nothing in,
+// a file that may be written will be written in place. Later changes of the working directory don't
 // matter. False when it can't be created or `path` is there and no regular file; nothing is kept
 // then. Preferences that were created must be closed, or the temporary file stays behind.
 bool createPreferences(Preferences& preferences, PathView path);
@@ -60,7 +62,8 @@ void discardPreferences(Preferences& preferences);
 
 // Writes the file if anything was changed or it was created, and releases everything. True when
 // nothing had to be written or everything reached the disk. The new file takes its name only when
-// it is complete and on the disk; when that fails the old file, if any, stays as it was.
+// it is complete and on the disk; when that fails the old file, if any, stays as it was. One that
+// is written in place gets its old bytes back.
 bool closePreferences(Preferences& preferences);
 
 }  // namespace services

@@ -21,6 +21,7 @@ enum class Opening {
     read,          // an existing file, for reading
     readItself,    // the same, but a link is not followed
     write,         // an existing file, for writing
+    writeItself,   // the same, but a link is not followed
     update,        // for reading and writing, created when missing
     updateItself,  // the same, but a link is not followed
     createNew,     // for writing; only where nothing has the name
@@ -29,7 +30,13 @@ enum class Opening {
 // noFile for everything but a regular file that could be opened. Anything else is not even opened
 // (opening some devices has effects), and what took its place meanwhile is closed again unread. Not
 // passed on to programs that this one starts.
-OpenFile openRegularFile(PathView path, Opening opening);
+enum class OpenError {
+    none,
+    refused,  // this user may not, or nobody may: the rights of a file or directory, a read-only
+              // disk
+    other,
+};
+OpenFile openRegularFile(PathView path, Opening opening, OpenError* error = nullptr);
 
 // False where the system tells only now that not everything could be written.
 bool closeOpenFile(OpenFile file);

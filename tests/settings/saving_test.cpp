@@ -1,6 +1,9 @@
 #include "settings/saving.h"
 
+#include <sys/fsuid.h>
 #include <sys/resource.h>
+#include <sys/stat.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <clocale>
@@ -331,6 +334,23 @@ TEST_F(SettingsFile, StaysWholeAndSilentWhenTheDiskIsFull) {
     ASSERT_EQ(0, setrlimit(RLIMIT_FSIZE, &before));
     std::signal(SIGXFSZ, handler);
     EXPECT_EQ(old, file());
+    EXPECT_EQ(1U, filesInDirectory());
+}
+
+// The program lies in a directory of somebody else's, its settings are the user's.
+TEST_F(SettingsFile, IsWrittenInADirectoryThatTakesNoNewFile) {
+    constexpr uid_t nobody = 65534;
+    write("[Farben]\nFarbe 4 = 9\n");
+    ASSERT_EQ(0, chmod(directory.c_str(), 0555));
+    if (geteuid() == 0) {
+        // Rights don't bind root.
+        ASSERT_EQ(0, chown("Einstellungen.dat", nobody, static_cast<gid_t>(-1)));
+        setfsuid(nobody);
+    }
+    save();
+    setfsuid(geteuid());
+    ASSERT_EQ(0, chmod(directory.c_str(), 0700));
+    EXPECT_EQ(untouched, file());
     EXPECT_EQ(1U, filesInDirectory());
 }
 

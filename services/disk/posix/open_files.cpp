@@ -28,6 +28,8 @@ int flagsOf(Opening opening) {
             return O_RDONLY | O_NOFOLLOW;
         case Opening::write:
             return O_WRONLY;
+        case Opening::writeItself:
+            return O_WRONLY | O_NOFOLLOW;
         case Opening::update:
             return O_RDWR | O_CREAT;
         case Opening::updateItself:
@@ -36,6 +38,11 @@ int flagsOf(Opening opening) {
             return O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW;
     }
     return O_RDONLY;
+}
+
+OpenError errorOf(int error) {
+    return error == EACCES || error == EPERM || error == EROFS ? OpenError::refused
+                                                               : OpenError::other;
 }
 
 int openInterrupted(const Path& path, int flags) {
@@ -48,22 +55,29 @@ int openInterrupted(const Path& path, int flags) {
 
 }  // namespace
 
-OpenFile openRegularFile(PathView path, Opening opening) {
-    if (!isUsablePath(path)) return noFile;
+OpenFile openRegularFile(PathView path, Opening opening, OpenError* error) {
+    const auto fail = [error](OpenError reason) {
+        if (error != nullptr) *error = reason;
+        return noFile;
+    };
+    if (error != nullptr) *error = OpenError::none;
+    if (!isUsablePath(path)) return fail(OpenError::other);
     const Path terminated(path);
     const int flags = flagsOf(opening);
-    if (opening == Opening::createNew) return openFileOf(openInterrupted(terminated, flags));
     struct stat status = {};
-    if (stat(terminated.c_str(), &status) == 0) {
-        if (!S_ISREG(status.st_mode)) return noFile;
-    } else if (errno == ENOENT && (flags & O_CREAT) == 0) {
-        return noFile;  // a whole index of missing files costs one call each
+    if (opening != Opening::createNew) {
+        if (stat(terminated.c_str(), &status) == 0) {
+            if (!S_ISREG(status.st_mode)) return fail(OpenError::other);
+        } else if (errno == ENOENT && (flags & O_CREAT) == 0) {
+            return fail(OpenError::other);  // a whole index of missing files costs one call each
+        }
     }
     const int descriptor = openInterrupted(terminated, flags);
-    if (descriptor < 0) return noFile;
-    if (fstat(descriptor, &status) != 0 || !S_ISREG(status.st_mode)) {
+    if (descriptor < 0) return fail(errorOf(errno));
+    if (opening != Opening::createNew &&
+        (fstat(descriptor, &status) != 0 || !S_ISREG(status.st_mode))) {
         close(descriptor);
-        return noFile;
+        return fail(OpenError::other);
     }
     return openFileOf(descriptor);
 }

@@ -1,6 +1,8 @@
 // Preference files on the disk: the old file stays whole until the new one is.
+#include <sys/fsuid.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 #include <csignal>
 #include <fstream>
@@ -189,6 +191,110 @@ TEST_F(PreferenceFiles, ALinkIsReplacedAndWhatItLedToStays) {
     EXPECT_FALSE(std::filesystem::is_symlink("settings"));
     EXPECT_EQ("key = 1\n", bytesOf("settings"));
     EXPECT_EQ("precious", bytesOf("place/real"));
+}
+
+// As a user who may write a file, but nothing beside it.
+class PreferenceFilesInPlace : public PreferenceFiles {
+  protected:
+    static constexpr uid_t nobody = 65534;
+
+    void SetUp() override {
+        PreferenceFiles::SetUp();
+        place = directory / "place";
+        std::filesystem::create_directory(place);
+        path = (place / "settings").string();
+        makeFile(path, old);
+    }
+
+    void TearDown() override {
+        setfsuid(geteuid());
+        chmod(place.c_str(), 0700);
+        PreferenceFiles::TearDown();
+    }
+
+    // Rights don't bind root: there the test becomes somebody else who owns the file.
+    void becomeUser() const {
+        ASSERT_EQ(0, chmod(directory.c_str(), 0755));
+        ASSERT_EQ(0, chmod(place.c_str(), 0555));
+        if (geteuid() != 0) return;
+        ASSERT_EQ(0, chown(path.c_str(), nobody, static_cast<gid_t>(-1)));
+        setfsuid(nobody);
+    }
+
+    std::set<std::string> namesInPlace() const {
+        std::set<std::string> found;
+        for (const auto& entry : std::filesystem::directory_iterator(place))
+            found.insert(entry.path().filename().string());
+        return found;
+    }
+
+    const std::string old = "[old]\nkey = value\n" + std::string(5000, ';') + "\n";
+    std::filesystem::path place;
+    std::string path;
+};
+
+TEST_F(PreferenceFilesInPlace, AreWrittenWhereNothingCanBeMadeBesideThem) {
+    becomeUser();
+    struct stat before = {};
+    struct stat after = {};
+    ASSERT_EQ(0, stat(path.c_str(), &before));
+    // Shorter than the file, then longer.
+    for (const std::string& value : {std::string("1"), std::string(9000, 'x')}) {
+        Preferences preferences;
+        ASSERT_TRUE(createPreferences(preferences, path));
+        preferenceGroup(preferences, "new");
+        writeText(preferences, "key", value);
+        EXPECT_TRUE(closePreferences(preferences));
+        EXPECT_EQ("[new]\nkey = " + value + "\n", bytesOf(path));
+    }
+    ASSERT_EQ(0, stat(path.c_str(), &after));
+    EXPECT_EQ(before.st_ino, after.st_ino);
+    EXPECT_EQ(std::set<std::string>{"settings"}, namesInPlace());
+}
+
+TEST_F(PreferenceFilesInPlace, KeepTheirBytesUntilTheyAreClosed) {
+    becomeUser();
+    Preferences preferences;
+    ASSERT_TRUE(createPreferences(preferences, path));
+    writeInteger(preferences, "key", 1);
+    EXPECT_EQ(old, bytesOf(path));
+    discardPreferences(preferences);
+    EXPECT_EQ(old, bytesOf(path));
+}
+
+TEST_F(PreferenceFilesInPlace, GetTheirBytesBackWhenTheDiskIsFull) {
+    becomeUser();
+    Preferences preferences;
+    ASSERT_TRUE(createPreferences(preferences, path));
+    writeText(preferences, "key", Text(100'000, 'x'));
+    rlimit before = {};
+    ASSERT_EQ(0, getrlimit(RLIMIT_FSIZE, &before));
+    rlimit small = before;
+    small.rlim_cur = 8192;
+    const auto handler = std::signal(SIGXFSZ, SIG_IGN);
+    ASSERT_EQ(0, setrlimit(RLIMIT_FSIZE, &small));
+    const bool written = closePreferences(preferences);
+    ASSERT_EQ(0, setrlimit(RLIMIT_FSIZE, &before));
+    std::signal(SIGXFSZ, handler);
+    EXPECT_FALSE(written);
+    EXPECT_EQ(old, bytesOf(path));
+}
+
+TEST_F(PreferenceFilesInPlace, ThatMayNotBeWrittenOrAreNoneOrLinksAreLeftAlone) {
+    ASSERT_EQ(0, chmod(path.c_str(), 0444));
+    makeFile("real", "precious");
+    std::filesystem::create_symlink(directory / "real", place / "link");
+    if (geteuid() == 0) {
+        ASSERT_EQ(0, chown("real", nobody, static_cast<gid_t>(-1)));
+    }
+    becomeUser();
+    for (const char* name : {"settings", "link", "missing"}) {
+        Preferences preferences;
+        EXPECT_FALSE(createPreferences(preferences, (place / name).string())) << name;
+    }
+    EXPECT_EQ(old, bytesOf(path));
+    EXPECT_EQ("precious", bytesOf("real"));
+    EXPECT_EQ((std::set<std::string>{"settings", "link"}), namesInPlace());
 }
 
 TEST_F(PreferenceFiles, WhatSavesHaveLeftThatWereCutOffIsRemoved) {
