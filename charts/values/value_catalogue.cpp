@@ -150,7 +150,11 @@ services::Text valueText(int valueNumber, float value) {
     const std::optional<ValueTexts> texts = valueTexts(valueNumber);
     if (!texts) return {};
     if (texts->decimals == durationDecimals && std::isfinite(value)) {
-        return services::durationText(services::roundToInt64(value));
+        // A limit may be any float; those beyond 64 bits are whole numbers.
+        constexpr float beyond64Bits = 0x1p63F;
+        return std::fabs(value) < beyond64Bits
+                   ? services::durationText(services::roundToInt64(static_cast<double>(value)))
+                   : services::durationTextOfDigits(services::floatToText(value, 0));
     }
     return services::floatToText(value, texts->decimals);
 }

@@ -95,6 +95,23 @@ Text dayText(DateValue date) {
     return dayTextOf(calendarDate(date));
 }
 
+Text durationTextOfDigits(TextView seconds) {
+    const bool isNegative = left(seconds, 1) == "-";
+    if (isNegative) seconds.remove_prefix(1);
+    // Division by hand, digit by digit.
+    Text hours;
+    int rest = 0;
+    for (const char digit : seconds) {
+        rest = rest * 10 + (digit - '0');
+        const int quotient = rest / 3600;
+        if (quotient != 0 || !hours.empty()) hours += static_cast<char>('0' + quotient);
+        rest %= 3600;
+    }
+    if (hours.empty()) hours = "0";
+    return concatenate(isNegative ? "-" : "", hours, ':', twoDigits(rest / 60), ':',
+                       twoDigits(rest % 60));
+}
+
 Text durationText(std::int64_t seconds) {
     // Unsigned, as the smallest number has no positive counterpart.
     const auto bits = static_cast<std::uint64_t>(seconds);

@@ -40,4 +40,7 @@ Text dayText(DateValue date);
 // is a "-" and the text of its magnitude.
 Text durationText(std::int64_t seconds);
 
+// The same of seconds beyond 64 bits, given as decimal digits behind an optional "-".
+Text durationTextOfDigits(TextView seconds);
+
 }  // namespace services

@@ -236,6 +236,10 @@ TEST(ValueCatalogue, FiguresHaveTheValuesOwnDecimalsAndAPoint) {
         {9, 59.5F, "0:01:00"},  // rounded to 60, the even neighbour
         {9, 60.5F, "0:01:00"},
         {9, -3725.0F, "-1:02:05"},
+        {9, 0x1.fffffep62F, "2562047635305267:12:00"},
+        {9, 0x1p63F, "2562047788015215:30:08"},
+        {9, -0x1p63F, "-2562047788015215:30:08"},
+        {9, 1e20F, "27777778334468815:04:32"},
         {9, infinity, "+Infinity"},
         {9, -infinity, "-Infinity"},
         {9, nan, "NaN"},

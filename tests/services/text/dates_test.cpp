@@ -15,6 +15,7 @@ using services::dateAndTimeText;
 using services::DateValue;
 using services::dayText;
 using services::durationText;
+using services::durationTextOfDigits;
 using services::makeDate;
 
 struct Row {
@@ -144,6 +145,17 @@ TEST(Dates, NegativeDurationsAreAMinusAndTheirMagnitude) {
     EXPECT_EQ("-0:00:01", durationText(-1));
     EXPECT_EQ("-1:02:05", durationText(-3725));
     EXPECT_EQ("-2562047788015215:30:08", durationText(INT64_MIN));
+}
+
+TEST(Dates, DurationsBeyond64BitsAreWrittenInFull) {
+    for (const std::int64_t seconds :
+         {std::int64_t{0}, std::int64_t{1}, std::int64_t{59}, std::int64_t{3599},
+          std::int64_t{3600}, std::int64_t{360001}, std::int64_t{-3725}, INT64_MAX, INT64_MIN}) {
+        EXPECT_EQ(durationText(seconds), durationTextOfDigits(std::to_string(seconds)));
+    }
+    EXPECT_EQ("2562047788015215:30:08", durationTextOfDigits("9223372036854775808"));
+    EXPECT_EQ("-277777777777777777777777:46:40",
+              durationTextOfDigits("-1000000000000000000000000000"));
 }
 
 }  // namespace
