@@ -1,9 +1,11 @@
 // Where the marks of one value stand: whole logical pixels, rounded once (half to even).
 //
 // Each procedure replaces the contents of `marks`. Marks with a coordinate that is not finite or
-// beyond 32 bits are left out. A series whose minimum and maximum are equal (and finite) stands at
-// half the plot's height; one without data has no marks. An overview value below the minimum, which
-// the minimum's rule allows, stands below the plot: its bar has a negative height.
+// beyond 32 bits are left out. Where minimum and maximum are equal (and finite) their value stands
+// at half the plot's height; a series without data has no marks. An overview value below the
+// minimum, which the minimum's rule allows, stands below the plot: its bar has a negative height.
+// Below a minimum that is the maximum as well it stands infinitely far below: circles, squares and
+// points are kept inside, bars and lines have no place.
 #pragma once
 
 #include <optional>

@@ -42,9 +42,11 @@ struct Scale {
           range(static_cast<double>(series.maximum) - static_cast<double>(series.minimum)) {}
 
     // How far the value lies from the minimum on an axis of this length. Without a range there is
-    // no scale; an infinite minimum and maximum are not a range of 0 but none at all.
+    // no scale for the one value that is both minimum and maximum; one below it, which the
+    // overview's minimum may forget, lies infinitely far away. An infinite minimum and maximum are
+    // not a range of 0 but none at all.
     double along(double length, double value) const {
-        if (range == 0 && !std::isnan(value)) return length / 2;
+        if (range == 0 && value == minimum) return length / 2;
         return length * (value - minimum) / range;
     }
 };

@@ -302,6 +302,28 @@ TEST_F(ChartPixels, FullChartsAreWhatTheirMarksPaint) {
     }
 }
 
+// One value alone is both minimum and maximum, and others lie below it.
+TEST_F(ChartPixels, ValuesBelowAMinimumThatIsTheMaximumAreTheSameInStrips) {
+    for (const int count : {4, 40, 3000}) {
+        device::state.dictionary.assign(static_cast<std::size_t>(count), {});
+        for (int i = 0; i < count; ++i) {
+            device::DictionaryRecord& record =
+                device::state.dictionary[static_cast<std::size_t>(i)];
+            record.watt = i == count / 2 ? 0.0F : i < count / 2 ? 2.0F : 3.0F;
+            record.rideTime = 60;
+            record.selected = 1;
+        }
+        for (int option = 1; option <= charts::lastMarkOption; ++option) {
+            SCOPED_TRACE(std::to_string(count) + ", option " + std::to_string(option));
+            clearMarks();
+            chart_tests::mark(3, static_cast<Option>(option));
+            chart_tests::mark(4, Option::mean);  // without data
+            for (const double ratio : {1.0, 1.5})
+                expectEqualPictures(ChartKind::overview, 500, 330, ratio, plain_chart::raster);
+        }
+    }
+}
+
 // Where six logical pixels are about a whole number and a half of device pixels, rounding makes
 // squares of three sizes; from a ratio of more than 4 on crowds are not stamped.
 TEST_F(ChartPixels, FullChartsOnOddScreensAreWhatTheirMarksPaint) {

@@ -52,12 +52,12 @@ struct Formulas {
     }
 
     double h(double value) const {
-        if (max == min && std::isfinite(max)) return std::isnan(value) ? value : H / 2;
+        if (max == min && value == min && std::isfinite(min)) return H / 2;
         return H * (value - min) / (max - min);
     }
     double y(double value) const { return P + H - h(value); }
     double along(double S, double value) const {
-        if (max == min && std::isfinite(max)) return std::isnan(value) ? value : S / 2;
+        if (max == min && value == min && std::isfinite(min)) return S / 2;
         return S * (value - min) / (max - min);
     }
 };

@@ -353,6 +353,36 @@ TEST(MarkGeometry, AValueBelowTheMinimumStandsBelowThePlot) {
     EXPECT_EQ(pointsOf(charts::computeSquares, smallFrame, series).points.front().y, 81);
 }
 
+// The overview's data 2, 0, 3, 3: the 0 makes the minimum forget the 2 and then gives way to the
+// first 3. Gap 5, bars 23.96 wide and 28.75 apart, points of the line 28.96 apart.
+TEST(MarkGeometry, AValueBelowAMinimumThatIsTheMaximumStandsInfinitelyFarBelow) {
+    std::vector<device::DictionaryRecord> records(4);
+    const float watts[] = {2, 0, 3, 3};
+    for (std::size_t i = 0; i < records.size(); ++i) {
+        records[i].watt = watts[i];
+        records[i].selected = 1;
+    }
+    ValueSeries series;
+    charts::computeOverviewSeries(3, records, {}, series);
+    ASSERT_EQ(series.values, (std::vector<float>{2, 3, 3, 3}));
+    ASSERT_EQ(series.minimum, 3.0F);
+    ASSERT_EQ(series.maximum, 3.0F);
+
+    EXPECT_EQ(barsOf(smallFrame, series).bars,
+              (std::vector<BarMark>{{44, 55, 50}, {72, 55, 50}, {101, 55, 50}}));
+    const std::vector<LineMark> line = lineOf(smallFrame, series);
+    ASSERT_EQ(line.size(), 2U);
+    EXPECT_EQ(line.front(), (LineMark{55, 55, 84, 55, 56, 85}));
+    // 24 wide, and the lower edge is 105.
+    EXPECT_EQ(pointsOf(charts::computeCircles, smallFrame, series).points,
+              (std::vector<PointMark>{{22, 93}, {56, 55}, {84, 55}, {118, 55}}));
+    EXPECT_EQ(pointsOf(charts::computeSquares, smallFrame, series).points,
+              (std::vector<PointMark>{{10, 81}, {44, 43}, {72, 43}, {101, 43}}));
+    EXPECT_EQ(pointsOf(charts::computeCloud, smallFrame, series).points,
+              (std::vector<PointMark>{{60, 102}, {60, 55}, {60, 55}}));
+    EXPECT_EQ(charts::computeMean(smallFrame, series)->y, 55);
+}
+
 TEST(MarkGeometry, MarksBeyond32BitsAreLeftOut) {
     const float minimum = 3.0F;
     const float maximum = std::nextafter(minimum, 4.0F);
