@@ -1,5 +1,6 @@
 #include "charts/marks/chart_texts.h"
 
+#include <algorithm>
 #include <cstdint>
 #include <utility>
 
@@ -106,17 +107,19 @@ PlacedText trendText(const ChartFrame& frame, const TrendMark& mark, services::C
 }
 
 PlacedText cloudText(const ChartFrame& frame, int valueNumber, const ValueSeries& series,
-                     services::Colour colour, CloudTextPlace& place) {
+                     services::Colour colour, const CloudTextPlace& place) {
     Text text = services::withDecimalComma(valueText(valueNumber, series.maximum));
-    const int blank = services::textWidth(" "_l1);
-    if (frame.width >= frame.height) {
-        const int x = frame.left + frame.height + 2 + blank;
-        const int y = frame.top + (place.count - 1) * services::textHeight(text);
-        return {x, y, std::move(text), colour};
+    const int side = std::min(frame.width, frame.height);
+    int x = frame.left + side + 2 + services::textWidth(" "_l1);
+    if (frame.width < frame.height) {
+        // Right of the plot, where the marks of later values don't reach. Its room there is the
+        // left margin's, and a text that fills it stands close to the frame rather than being cut
+        // off.
+        const int last = frame.left + frame.width + frame.left - services::textWidth(text);
+        x = std::max(frame.left + frame.width + 1, std::min(x, last));
     }
-    const int x = frame.left + place.offset;
-    place.offset += services::textWidth(text) + blank;
-    return {x, frame.top + frame.width + 3, std::move(text), colour};
+    const int y = frame.top + (place.count - 1) * services::textHeight(text);
+    return {x, y, std::move(text), colour};
 }
 
 }  // namespace charts

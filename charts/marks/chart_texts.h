@@ -53,12 +53,12 @@ PlacedText trendText(const ChartFrame& frame, const TrendMark& mark, services::C
 
 // Where the next point cloud's text goes. Starts as {}.
 struct CloudTextPlace {
-    int count = 0;   // of the clouds so far, the current one included
-    int offset = 0;  // below a square that is as wide as the plot, the texts stand side by side
+    int count = 0;  // of the clouds so far, the current one included: the texts are stacked
 };
 
-// The maximum of a point cloud, which is the end of both its axes, beside the square.
+// The maximum of a point cloud, which is the end of both its axes, right of the square. Beside a
+// square that is as wide as the plot no mark of a later value covers it.
 PlacedText cloudText(const ChartFrame& frame, int valueNumber, const ValueSeries& series,
-                     services::Colour colour, CloudTextPlace& place);
+                     services::Colour colour, const CloudTextPlace& place);
 
 }  // namespace charts

@@ -157,15 +157,28 @@ TEST(ChartTexts, CloudTextsAreStackedRightOfASquareInAWidePlot) {
               (PlacedText{230, 52, "200", colour}));
 }
 
-TEST(ChartTexts, CloudTextsStandSideBySideBelowASquareInAHighPlot) {
+TEST(ChartTexts, CloudTextsAreStackedRightOfAHighPlot) {
     const ValueSeries series = seriesOf({80, 200}, 80, 200);
     charts::CloudTextPlace place;
     place.count = 1;
     EXPECT_EQ(charts::cloudText(highFrame, distanceValue, series, colour, place),
-              (PlacedText{63, 22 + 130 + 3, "200,00", colour}));
+              (PlacedText{63 + 130 + 2 + 7, 22, "200,00", colour}));
     place.count = 2;
     EXPECT_EQ(charts::cloudText(highFrame, wattValue, series, colour, place),
-              (PlacedText{63 + 42 + 7, 155, "200", colour}));
+              (PlacedText{63 + 130 + 2 + 7, 22 + 15, "200", colour}));
+}
+
+// Eight of nine characters' room, then all of it, then more than there is.
+TEST(ChartTexts, ALongCloudTextOfAHighPlotIsShownWhole) {
+    charts::CloudTextPlace place;
+    place.count = 1;
+    const auto textOf = [&](float maximum) {
+        return charts::cloudText(highFrame, distanceValue, seriesOf({80, maximum}, 80, maximum),
+                                 colour, place);
+    };
+    EXPECT_EQ(textOf(20000), (PlacedText{256 - 8 * 7, 22, "20000,00", colour}));
+    EXPECT_EQ(textOf(200000), (PlacedText{63 + 130 + 1, 22, "200000,00", colour}));
+    EXPECT_EQ(textOf(2000000), (PlacedText{63 + 130 + 1, 22, "2000000,00", colour}));
 }
 
 }  // namespace
