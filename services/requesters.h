@@ -17,8 +17,8 @@ bool askYesNo(TextView title, TextView text);
 // One existing directory, links resolved, with a "/" at its end; empty when cancelled.
 Path chooseDirectory(TextView title, PathView start);
 
-// The path for a file to write, existing or not; empty when cancelled. `pattern` is like "*.csv".
-// No ending is added to what the user types.
+// The path for a file to write, existing or not; empty when cancelled. An empty `directory` is the
+// working directory. `pattern` is like "*.csv". No ending is added to what the user types.
 Path chooseSaveFile(TextView title, PathView directory, TextView name, TextView pattern);
 
 // The chosen colour, or `current` when cancelled.

@@ -8,6 +8,7 @@
 #include <QMessageBox>
 #include <QPushButton>
 
+#include "services/disk/directories.h"
 #include "services/disk/endings.h"
 #include "services/qt/places.h"
 #include "services/qt/toolkit_state.h"
@@ -78,7 +79,9 @@ Path chooseDirectory(TextView title, PathView start) {
 }
 
 Path chooseSaveFile(TextView title, PathView directory, TextView name, TextView pattern) {
-    QFileDialog dialog(qt::requesterOwner(), qt::toQString(title), decode(directory));
+    // Without a directory the toolkit would start where any requester was last.
+    QFileDialog dialog(qt::requesterOwner(), qt::toQString(title),
+                       decode(directory.empty() ? currentDirectory() : Path(directory)));
     dialog.setAcceptMode(QFileDialog::AcceptSave);
     dialog.setFileMode(QFileDialog::AnyFile);
     dialog.setNameFilter(qt::toQString(pattern));

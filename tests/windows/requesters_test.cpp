@@ -222,6 +222,30 @@ TEST_F(Requesters, AFileToSaveIsAskedForInItsDirectoryAmongItsKind) {
     EXPECT_EQ(QFileDialog::AcceptSave, mode);
 }
 
+TEST_F(Requesters, WithoutADirectoryAFileToSaveIsAskedForInTheWorkingDirectory) {
+    const QTemporaryDir working;
+    const QTemporaryDir visited;
+    const QString before = QDir::currentPath();
+    ASSERT_TRUE(QDir::setCurrent(working.path()));
+    QString start;
+    const auto cancelElsewhere = [&](QWidget* dialog) {
+        auto* const requester = qobject_cast<QFileDialog*>(dialog);
+        ASSERT_NE(nullptr, requester);
+        start = requester->directory().path();
+        requester->setDirectory(visited.path());
+        requester->reject();
+    };
+    // Whether a requester was last cancelled in another directory or chose something there.
+    whenOpen(cancelElsewhere);
+    EXPECT_EQ("", services::chooseSaveFile("Speichern", "", "a.csv", "*.csv"));
+    EXPECT_EQ(QDir(working.path()).canonicalPath(), start);
+    EXPECT_NE("", save(visited));
+    whenOpen(cancelElsewhere);
+    EXPECT_EQ("", services::chooseSaveFile("Speichern", "", "a.csv", "*.csv"));
+    EXPECT_EQ(QDir(working.path()).canonicalPath(), start);
+    QDir::setCurrent(before);
+}
+
 TEST_F(Requesters, ADirectoryIsAskedForAmongDirectoriesAlone) {
     const QTemporaryDir place;
     whenOpen([&](QWidget* dialog) {
