@@ -3,6 +3,7 @@
 #include "device/device_state.h"
 #include "device/index_recovery.h"
 #include "services/disk/directories.h"
+#include "services/disk/endings.h"
 #include "services/requesters.h"
 #include "services/text/text.h"
 
@@ -45,20 +46,22 @@ void chooseDaumDirectory() {
     }
 }
 
-void chooseBackupDirectory() {
-    // A cancelled requester is not told apart: the empty path goes on as any other, and the tree is
-    // then made in the working directory.
+bool chooseBackupDirectory() {
+    // A requester that the user cancels gives the empty path, which goes on as any other: the tree
+    // is then made in the working directory.
     const services::Path chosen = services::chooseDirectory(
         "Wähle das Verzeichnis der Sicherheitskopie"_l1, state.programDirectory);
+    // Nobody has cancelled it, and nobody wants a tree.
+    if (services::isQuitAsked()) return false;
     if (services::driveOf(chosen) == services::driveOf(services::currentDirectory())) {
         services::showMessage(
             "Fehler"_l1,
             "Das gewählte Laufwerk der Sicherheitskopie ist mit dem Laufwerk des Daum "
             "Verzeichnisses identisch!"_l1);
-        return;
+        return !chosen.empty();
     }
     state.backupDirectory = chosen;
-    if (services::find(chosen, treePath) != 0) return;
+    if (services::find(chosen, treePath) != 0) return true;
 
     // Directories that exist already or can't be made are passed over: the backup copy itself tells
     // when it can't write.
@@ -66,6 +69,7 @@ void chooseBackupDirectory() {
         services::createDirectory(services::concatenate(chosen, part));
     }
     state.backupDirectory += treePath;
+    return !chosen.empty();
 }
 
 }  // namespace device

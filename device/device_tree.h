@@ -28,6 +28,7 @@ void chooseDaumDirectory();
 
 // Asks for the directory of the backup copy, checks that it is not on the device's drive, and
 // makes the tree in it unless the path lies in one. A cancelled requester counts as the empty path.
-void chooseBackupDirectory();
+// When the program is to quit meanwhile nothing changes. False when nothing was chosen.
+bool chooseBackupDirectory();
 
 }  // namespace device

@@ -191,11 +191,23 @@ void copyMissingTrainings() {
     if (isTableUsed && !device::state.dictionaryUnreadable) device::loadDictionary();
 }
 
+// False when there is no place to copy to.
+bool askForBackupDirectory() {
+    const services::Path before = device::state.backupDirectory;
+    if (!device::chooseBackupDirectory()) {
+        // A tree that a cancelled requester has made lies within the card's own. With an index it
+        // would be found in place of the card's from then on.
+        device::state.backupDirectory = before;
+        return false;
+    }
+    return !device::state.backupDirectory.empty();
+}
+
 }  // namespace
 
 void copyToBackup(int mainHeight, const std::function<void()>& tableChanged) {
-    if (device::state.backupDirectory.empty() || isBackupCurrent()) device::chooseBackupDirectory();
-    if (device::state.backupDirectory.empty()) return;
+    const bool isChosen = !device::state.backupDirectory.empty() && !isBackupCurrent();
+    if (!isChosen && !askForBackupDirectory()) return;
 
     // The text is as wide as the window and so reaches beyond its right edge.
     const ReportWindow report = {

@@ -7,6 +7,7 @@
 
 #include "device/device_tree.h"
 #include "services/disk/directories.h"
+#include "services/disk/endings.h"
 #include "services/text/latin1.h"
 #include "tests/device/card_fixture.h"
 
@@ -221,6 +222,34 @@ TEST_F(DirectoryChoice, ACancelledBackupRequesterMakesTheTreeInTheWorkingDirecto
     chooseBackupDirectory();
     EXPECT_EQ(state.backupDirectory, "data/result/ergo_bike/");
     EXPECT_TRUE(fs::is_directory(root + "start/data/result/ergo_bike"));
+}
+
+TEST_F(DirectoryChoice, ABackupRequesterThatEndsWithTheProgramChangesNothing) {
+    state.backupDirectory = "/Volumes/STICK/data/result/ergo_bike/";
+    answerBackup("");
+    services::askForQuit();
+    EXPECT_FALSE(chooseBackupDirectory());
+    services::forgetQuit();
+    EXPECT_EQ(state.backupDirectory, "/Volumes/STICK/data/result/ergo_bike/");
+    EXPECT_TRUE(fs::is_empty(root + "start"));
+}
+
+TEST_F(DirectoryChoice, ABackupIsChosenUnlessItsRequesterIsCancelled) {
+    fs::create_directory(root + "Sicherung");
+    answerBackup(onAnotherDrive("Sicherung/"));
+    EXPECT_TRUE(chooseBackupDirectory());
+    answerBackup(onAnotherDrive("Sicherung/data/result/ergo_bike/"));
+    EXPECT_TRUE(chooseBackupDirectory());
+    expectBackupOnDaumDrive();
+    answerBackup(root + "Sicherung/");
+    EXPECT_TRUE(chooseBackupDirectory());
+    answerBackup("");
+    EXPECT_FALSE(chooseBackupDirectory());
+    // The root is on the drive of no answer.
+    fs::current_path("/");
+    expectBackupOnDaumDrive();
+    answerBackup("");
+    EXPECT_FALSE(chooseBackupDirectory());
 }
 
 TEST_F(DirectoryChoice, PathsBeyondLatin1Work) {

@@ -9,10 +9,12 @@
 #include <string>
 #include <vector>
 
+#include "device/device_tree.h"
 #include "device/index_recovery.h"
 #include "files/backup_plan.h"
 #include "files/report_window.h"
 #include "services/disk/directories.h"
+#include "services/disk/endings.h"
 #include "services/disk/held_directory.h"
 #include "services/disk/numbered_files.h"
 #include "services/disk/whole_files.h"
@@ -419,14 +421,35 @@ TEST_F(BackupCopy, ARefusedChoiceStopsWhenNoDirectoryWasChosenBefore) {
     EXPECT_EQ(tableChanges, 0);
 }
 
-TEST_F(BackupCopy, ACancelledChoiceCopiesBelowTheWorkingDirectory) {
+// An index in the tree that is made then would be found in place of the card's.
+TEST_F(BackupCopy, ACancelledChoiceCopiesNothingHoweverOftenItIsCancelled) {
+    useCard({recordOf(1, 1)});
+    for (const services::Path& before : {services::Path(), services::currentDirectory()}) {
+        device::state.backupDirectory = before;
+        for (int i = 0; i < 2; ++i) {
+            world.directoryAnswers.push_back(
+                {services::Text("Wähle das Verzeichnis der Sicherheitskopie"_l1), "", ""});
+            copy();
+            EXPECT_EQ(device::state.backupDirectory, before);
+        }
+    }
+    EXPECT_TRUE(world.windows.empty());
+    EXPECT_TRUE(fs::is_empty("data/result/ergo_bike"));
+    EXPECT_EQ(tableChanges, 0);
+    EXPECT_EQ(device::locateDeviceTree(), device::TreeLocation::current);
+}
+
+TEST_F(BackupCopy, AChoiceThatEndsWithTheProgramMakesAndCopiesNothing) {
     useCard({recordOf(1, 1)});
     device::state.backupDirectory = "";
     world.directoryAnswers.push_back(
         {services::Text("Wähle das Verzeichnis der Sicherheitskopie"_l1), "", ""});
-    copyAndClose();
-    EXPECT_EQ(lines(), line('+', 1));
-    EXPECT_EQ(numbersInIndex("data/result/ergo_bike/dictionary.2"), Numbers{1});
+    services::askForQuit();
+    copy();
+    services::forgetQuit();
+    EXPECT_TRUE(world.windows.empty());
+    EXPECT_EQ(namesIn("."), (std::set<std::string>{"dictionary.2", nameOf(1)}));
+    EXPECT_EQ(device::state.backupDirectory, "");
 }
 
 TEST_F(BackupCopy, TheCurrentDirectoryAsBackupAsksForAnotherAndCopiesNothing) {

@@ -1,17 +1,21 @@
 // The end of the desktop session, in whatever the program is doing.
+#include <QFileDialog>
 #include <QMessageBox>
 #include <QTemporaryDir>
 #include <QTimer>
 #include <filesystem>
 #include <fstream>
+#include <set>
 #include <string>
 
+#include "device/device_tree.h"
 #include "device/dictionary.h"
 #include "device/dictionary_record.h"
 #include "files/backup_copy.h"
 #include "services/controls.h"
 #include "services/disk/directories.h"
 #include "services/disk/endings.h"
+#include "services/qt/toolkit_state.h"
 #include "services/requesters.h"
 #include "services/text/numbers.h"
 #include "tests/windows/program_windows.h"
@@ -124,6 +128,45 @@ TEST_F(Quitting, CancelsTheRequesterThatIsOpenAndThoseThatFollow) {
     quitSoon(20);
     EXPECT_EQ(services::chooseColour(0x123456), 0x123456);
     expectEnd();
+}
+
+// The button of the list that opens it goes on once the requester is gone.
+TEST_F(Quitting, WhileABackupDirectoryIsChosenLeavesTheCardAsItIs) {
+    useCard(2);
+    const auto names = [] {
+        std::set<std::string> found;
+        for (const auto& entry : fs::recursive_directory_iterator("."))
+            found.insert(entry.path().string());
+        return found;
+    };
+    const std::set<std::string> namesBefore = names();
+    for (const bool fromList : {true, false}) {
+        device::state.backupDirectory.clear();
+        bool isOpen = false;
+        QTimer timer;
+        QObject::connect(&timer, &QTimer::timeout, [&isOpen] {
+            if (isOpen) return;
+            isOpen = qobject_cast<QFileDialog*>(QApplication::activeModalWidget()) != nullptr;
+            if (isOpen) quit();
+        });
+        timer.start(1);
+        if (fromList) {
+            QTimer::singleShot(20, qApp, [] {
+                services::Event press = {.kind = EventKind::control,
+                                         .window = services::listWindow,
+                                         .control = files::firstButtonControl + 1,
+                                         .data = services::pressed};
+                services::qt::post(press);
+            });
+            files::openTrainingList(files::ListMode::edit, mainWidth(), mainHeight());
+        } else {
+            EXPECT_FALSE(device::chooseBackupDirectory());
+        }
+        EXPECT_TRUE(isOpen);
+        expectEnd();
+        EXPECT_EQ(names(), namesBefore);
+        EXPECT_EQ(device::state.backupDirectory, "");
+    }
 }
 
 TEST_F(Quitting, DuringABackupLeavesWholeTrainingsAndNothingElse) {
