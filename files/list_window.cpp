@@ -74,7 +74,6 @@ std::span<const ButtonRow> buttonsOf(ListMode mode) {
 // One open list. Lives in openTrainingList.
 struct List {
     ListMode mode = ListMode::edit;
-    int mainHeight = 0;
     FontMeasures font;
     ButtonTexts buttonTexts = {};
     SortMode sortMode = SortMode::byDate;
@@ -152,6 +151,13 @@ void followSize(const List& list) {
         services::placeControl(listWindow, control++, box);
 }
 
+// Reports are as high as the main window is when they open, not when the list did. That window's
+// height never stays below this.
+int mainHeightNow() {
+    constexpr int smallest = 256;
+    return std::max(smallest, services::windowHeight(services::mainWindow));
+}
+
 void runCommand(List& list, Command command) {
     const auto refill = [&list] { fill(list); };
     switch (command) {
@@ -159,7 +165,7 @@ void runCommand(List& list, Command command) {
             confirm(list);
             break;
         case Command::backup:
-            copyToBackup(list.mainHeight, refill);
+            copyToBackup(mainHeightNow(), refill);
             break;
         case Command::remove:
             copyRowStates();
@@ -168,7 +174,7 @@ void runCommand(List& list, Command command) {
             break;
         case Command::renumber:
             copyRowStates();
-            renumberTrainings(list.mainHeight, refill);
+            renumberTrainings(mainHeightNow(), refill);
             refill();
             break;
         case Command::sort:
@@ -250,9 +256,9 @@ void dispatchEvent(List& list, const Event& event) {
     }
 }
 
-bool openListWindow(const List& list, int mainWidth) {
+bool openListWindow(const List& list, int mainWidth, int mainHeight) {
     const ListWindowSize smallest = smallestListWindow(list.font, list.buttonTexts);
-    const ListWindowSize size = listWindowSize(list.font, mainWidth, list.mainHeight);
+    const ListWindowSize size = listWindowSize(list.font, mainWidth, mainHeight);
     return services::openWindow({.number = listWindow,
                                  .width = std::max(size.width, smallest.width),
                                  .height = std::max(size.height, smallest.height),
@@ -303,11 +309,10 @@ ButtonTexts buttonTexts(ListMode mode) {
 
 ListResult openTrainingList(ListMode mode, int mainWidth, int mainHeight) {
     List list = {.mode = mode,
-                 .mainHeight = mainHeight,
                  .font = {.characterWidth = services::textWidth("_"),
                           .textHeight = services::textHeight("_")}};
     list.buttonTexts = buttonTexts(mode);
-    if (!openListWindow(list, mainWidth)) return ListResult::notOpened;
+    if (!openListWindow(list, mainWidth, mainHeight)) return ListResult::notOpened;
 
     createControls(list);
     fill(list);

@@ -7,7 +7,8 @@
 namespace files {
 
 // Runs until the user leaves the window; the `selected` flags of all records are set then. Width
-// and height are those of the main window. When the window can't be opened nothing changes.
+// and height are those of the main window, which may change while the list is open. When the window
+// can't be opened nothing changes.
 ListResult openTrainingList(ListMode mode, int mainWidth, int mainHeight);
 
 // The window's controls: the list, and its buttons numbered from the left.

@@ -471,6 +471,42 @@ TEST_F(TrainingList, BacksUpAndFillsItselfAgainInItsOrder) {
               (std::vector<std::uint64_t>{1, 2, 3}));
 }
 
+TEST_F(TrainingList, ReportsAreAsHighAsTheMainWindowIsWhenTheyOpen) {
+    auto first = recordOf(4, 1);
+    auto second = recordOf(7, 2);
+    useCard({first, second});
+    fs::create_directory(directory / "stick");
+    device::state.backupDirectory = (directory / "stick").string() + "/";
+    device::state.renumberingEnabled = 1;
+    world.questionAnswers.push_back({"Dateinamen neu durchnummerieren",
+                                     "Sollen die Dateinamen neu durchnummeriert werden?", true});
+    stand_ins::expectMessage("Dateinamen", "Die Dateinamen wurden neu durchnummeriert!");
+    services::openWindow(
+        {.number = services::mainWindow, .width = 1400, .height = 800, .title = "Kurbelbuch"});
+    const auto mainBecomes = [](int height) {
+        services::resizeWindow(services::mainWindow, 1400, height);
+    };
+    const auto reportHeight = [] { return services::windowHeight(services::reportWindow); };
+    open(ListMode::edit,
+         {button(1), closeEvent(services::reportWindow), button(3),
+          closeEvent(services::reportWindow), button(1), closeEvent(services::reportWindow),
+          button(0)},
+         [&](int call) {
+             if (call == 0) mainBecomes(599);
+             if (call == 1) {
+                 EXPECT_EQ(reportHeight(), 490);
+             }
+             if (call == 2) mainBecomes(1200);
+             if (call == 3) {
+                 EXPECT_EQ(reportHeight(), 1176);
+             }
+             if (call == 4) mainBecomes(100);
+             if (call == 5) {
+                 EXPECT_EQ(reportHeight(), 196);
+             }
+         });
+}
+
 TEST_F(TrainingList, FollowsItsWindowAfterACommandThatForgotItsEvents) {
     useThreeTrainings();
     fs::create_directory(directory / "stick");
