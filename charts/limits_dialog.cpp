@@ -97,6 +97,7 @@ bool openDialog(const LimitsInput& input) {
         .title = "Grenzwerte"_l1,
         .owner = services::mainWindow,
         .fromOwner = true,
+        .modal = true,
     };
     if (!services::openWindow(row)) return false;
 

@@ -267,7 +267,8 @@ bool openListWindow(const List& list, int mainWidth, int mainHeight) {
                                  .title = list.mode == ListMode::edit
                                               ? "Trainingsdateien bearbeiten"_l1
                                               : "Wähle die Trainingsdatei"_l1,
-                                 .owner = services::mainWindow});
+                                 .owner = services::mainWindow,
+                                 .modal = true});
 }
 
 void createControls(const List& list) {

@@ -44,7 +44,8 @@ bool openReport(const ReportWindow& report) {
                                .width = report.width,
                                .height = windowHeight(report),
                                .title = report.title,
-                               .owner = services::listWindow})) {
+                               .owner = services::listWindow,
+                               .modal = true})) {
         return false;
     }
     services::createTextView(

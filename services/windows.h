@@ -45,6 +45,9 @@ struct WindowRow {
     TextView title;
     int owner = noWindow;    // the window this one belongs to and stays above
     bool fromOwner = false;  // x and y count from the owner's top left corner, not the screen's
+    // While it is shown the windows that were there before take neither clicks nor keys, close
+    // requests included, and their menus don't open. They can still be moved and resized.
+    bool modal = false;
 };
 
 // False when the window could not be opened. It stays invisible until showWindow, so that it

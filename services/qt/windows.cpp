@@ -201,6 +201,7 @@ bool openWindow(const WindowRow& row) {
     closeWindow(row.number);  // numbers are unique
     auto* window = new qt::ToolkitWindow(row.number, qt::findWindow(row.owner));
     window->setWindowTitle(qt::toQString(row.title));
+    if (row.modal) window->setWindowModality(Qt::ApplicationModal);
     window->content->setMinimumSize(row.minimumWidth, row.minimumHeight);
     const qt::ToolkitWindow* owner = qt::findWindow(row.owner);
     const QPoint origin = row.fromOwner && owner != nullptr ? owner->pos() : QPoint(0, 0);
