@@ -1,6 +1,9 @@
 // The shell's own state. Resetting it is assigning {}.
 #pragma once
 
+#include <cstdint>
+#include <optional>
+
 #include "charts/range_band.h"
 #include "charts/values/value_catalogue.h"
 #include "services/raster/raster.h"
@@ -22,7 +25,11 @@ struct AppState {
 
     bool quit = false;
 
-    services::Surface chartImage;  // of the size of the main window's content
+    services::Surface chartImage;  // of the size of the main window's content, as last drawn
+
+    // What the chart in it was drawn from (charts::digestOfChart); nothing when memory did not last
+    // for drawing it.
+    std::optional<std::uint64_t> drawnDigest;
 
     // The chart's image with the band over it, as last shown; empty while the chart itself is
     // shown. The chart's own image stays clean, so that the band follows the pointer without a new

@@ -28,18 +28,52 @@ void describePicture(services::TextView description) {
     services::describeControl(services::mainWindow, chartImageControl, description);
 }
 
+int atLeastSmallest(int size) {
+    return std::max(size, smallestWindowSize);
+}
+
+// On the screen that the window is on now.
+bool imageFitsWindow() {
+    const services::Surface& image = state.chartImage;
+    return image.width == atLeastSmallest(services::windowWidth(services::mainWindow)) &&
+           image.height == atLeastSmallest(services::windowHeight(services::mainWindow)) &&
+           image.pixelRatio == services::windowPixelRatio(services::mainWindow);
+}
+
+// Since the picture was drawn.
+bool hasWindowChanged() {
+    return state.chartImage.width != services::windowWidth(services::mainWindow) ||
+           state.chartImage.height != services::windowHeight(services::mainWindow) ||
+           !imageFitsWindow();
+}
+
+// Keeps the size in range and remembers it for the start settings.
+void takeWindowSize() {
+    const int width = services::windowWidth(services::mainWindow);
+    const int height = services::windowHeight(services::mainWindow);
+    settings::state.windowWidth = atLeastSmallest(width);
+    settings::state.windowHeight = atLeastSmallest(height);
+    if (settings::state.windowWidth != width || settings::state.windowHeight != height) {
+        services::resizeWindow(services::mainWindow, settings::state.windowWidth,
+                               settings::state.windowHeight);
+    }
+}
+
 // The picture becomes white.
 void fitImageToWindow() {
-    services::resizeSurface(state.chartImage, settings::state.windowWidth,
-                            settings::state.windowHeight,
+    services::resizeSurface(state.chartImage,
+                            atLeastSmallest(services::windowWidth(services::mainWindow)),
+                            atLeastSmallest(services::windowHeight(services::mainWindow)),
                             services::windowPixelRatio(services::mainWindow));
     describePicture(charts::describeEmptyPicture());
 }
 
-// On the screen that the window is on now.
-bool imageHasSize(int width, int height) {
-    return state.chartImage.width == width && state.chartImage.height == height &&
-           state.chartImage.pixelRatio == services::windowPixelRatio(services::mainWindow);
+// Whether drawing the chart would give the picture that there is, its size aside.
+bool isPictureOfNow() {
+    bool isSame = false;
+    static_cast<void>(services::withinMemory(
+        [&isSame] { isSame = state.drawnDigest == charts::digestOfChart(state.currentChart); }));
+    return isSame;
 }
 
 // The chart without a band.
@@ -75,38 +109,40 @@ bool openMainWindow() {
 }
 
 void redraw() {
+    if (!imageFitsWindow()) fitImageToWindow();
+    state.drawnDigest.reset();
     const bool complete = services::withinMemory([] {
         charts::ShownChart shown;
-        if (!charts::drawChart(state.currentChart, state.chartImage, &shown)) return;
+        const bool isDrawn = charts::drawChart(state.currentChart, state.chartImage, &shown);
+        state.drawnDigest = shown.digest;
+        if (!isDrawn) return;
         describePicture(services::concatenate(charts::describeChart(shown), ". "_l1, keysOfBand));
     });
-    // No picture rather than a part of one.
-    if (!complete) services::fillSurface(state.chartImage, services::white);
+    if (!complete) {
+        // No picture rather than a part of one.
+        services::fillSurface(state.chartImage, services::white);
+        state.drawnDigest.reset();
+    }
     showChartImage();
     if (!complete) describePicture(charts::describeEmptyPicture());
 }
 
 void followWindow() {
-    const int width = services::windowWidth(services::mainWindow);
-    const int height = services::windowHeight(services::mainWindow);
-    settings::state.windowWidth = std::max(width, smallestWindowSize);
-    settings::state.windowHeight = std::max(height, smallestWindowSize);
-    if (settings::state.windowWidth != width || settings::state.windowHeight != height) {
-        services::resizeWindow(services::mainWindow, settings::state.windowWidth,
-                               settings::state.windowHeight);
-    }
-    // A window that only moved keeps its picture.
-    if (imageHasSize(settings::state.windowWidth, settings::state.windowHeight)) return;
-    fitImageToWindow();
-    redraw();
+    takeWindowSize();
+    // A window that only moved keeps its picture, unless that shows what is no more.
+    if (!imageFitsWindow() || !isPictureOfNow()) redraw();
+}
+
+void rememberWindow() {
+    if (hasWindowChanged()) takeWindowSize();
 }
 
 void catchUpWithWindow() {
-    if (imageHasSize(services::windowWidth(services::mainWindow),
-                     services::windowHeight(services::mainWindow))) {
-        return;
-    }
-    followWindow();
+    if (hasWindowChanged()) followWindow();
+}
+
+void fitUnchangedChart() {
+    if (!imageFitsWindow() && isPictureOfNow()) redraw();
 }
 
 // Only the band's edges change: what the last one covered comes back, then the new one is drawn.

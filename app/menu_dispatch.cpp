@@ -46,7 +46,7 @@ void dispatchOption(const charts::OptionItem& chosen, int item) {
     switch (chosen.option) {
         case Option::limits:
             charts::editLimits(chosen.kind, chosen.valueNumber);
-            catchUpWithWindow();
+            rememberWindow();
             break;
         case Option::colour:
             chooseColourOf(chosen.valueNumber);

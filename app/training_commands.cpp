@@ -25,7 +25,7 @@ bool chooseTrainings(ListMode mode) {
         files::openTrainingList(mode, services::windowWidth(services::mainWindow),
                                 services::windowHeight(services::mainWindow));
     if (result == files::ListResult::notOpened) return false;
-    catchUpWithWindow();
+    rememberWindow();
     return true;
 }
 
@@ -54,12 +54,15 @@ void openTraining() {
 }
 
 void exportTrainings() {
-    if (chooseTrainings(ListMode::chooseMany)) exporting::exportIndex();
+    if (!chooseTrainings(ListMode::chooseMany)) return;
+    fitUnchangedChart();
+    exporting::exportIndex();
 }
 
 void exportTraining() {
     if (!chooseTrainings(ListMode::chooseOne)) return;
     device::loadTraining();
+    fitUnchangedChart();
     exporting::exportTraining();
 }
 

@@ -32,6 +32,8 @@ struct ShownChart {
     services::Text training = {};
     std::int64_t startDate = 0;
     std::int64_t endDate = 0;
+
+    std::uint64_t digest = 0;  // digestOfChart (charts/chart_drawing.h), of what it was drawn from
 };
 
 // "Übersicht, 12 Trainings vom 05.03.2012 bis 04.03.2013: Watt / Puls (Linie, Trend) von 1,23 bis

@@ -1,7 +1,9 @@
 #include "charts/chart_drawing.h"
 
 #include <algorithm>
+#include <bit>
 #include <cstddef>
+#include <cstdint>
 #include <utility>
 #include <vector>
 
@@ -14,6 +16,7 @@
 #include "charts/strips/layer_painting.h"
 #include "charts/values/chart_options.h"
 #include "device/device_state.h"
+#include "services/disk/whole_files.h"
 #include "services/menus.h"
 #include "services/requesters.h"
 #include "services/text/numbers.h"
@@ -30,7 +33,7 @@ struct Drawing {
     ChartKind kind;
     ValueRange range;
     MarkedOptions marks;
-    ChartFrame frame;
+    ChartFrame frame = {};
     std::vector<ValueSeries>
         series;  // by value number - range.first; only marked values are filled
 };
@@ -47,12 +50,18 @@ services::Colour colourOf(int valueNumber) {
     return state.colours[static_cast<std::size_t>(valueNumber)];
 }
 
-Drawing gatherDrawing(ChartKind kind, const services::Surface& surface) {
+bool hasEnoughData(ChartKind kind) {
+    const std::size_t available = kind == ChartKind::overview ? device::state.dictionary.size()
+                                                              : device::state.samples.size();
+    return available >= 2;
+}
+
+// All but the frame.
+Drawing gatherDrawing(ChartKind kind) {
     Drawing drawing;
     drawing.kind = kind;
     drawing.range = valueRange(kind);
     drawing.marks = readMarkedOptions();
-    drawing.frame = chartFrame(surface.width, surface.height);
     drawing.series.resize(static_cast<std::size_t>(drawing.range.end - drawing.range.first));
     for (int value = drawing.range.first; value < drawing.range.end; ++value) {
         if (!hasMarks(drawing.marks, value)) continue;
@@ -151,6 +160,49 @@ void drawTexts(services::Surface& surface, const Drawing& drawing) {
     }
 }
 
+// Multiplied by an odd number and folded, so that each bit of what came before moves on.
+void addToDigest(std::uint64_t& digest, std::uint64_t number) {
+    digest = (digest ^ number) * 0x9E3779B97F4A7C15U;
+    digest ^= digest >> 32U;
+}
+
+void addToDigest(std::uint64_t& digest, float one, float other) {
+    addToDigest(digest, std::uint64_t{std::bit_cast<std::uint32_t>(one)} << 32U |
+                            std::bit_cast<std::uint32_t>(other));
+}
+
+void addToDigest(std::uint64_t& digest, const ValueSeries& series) {
+    addToDigest(digest, series.hasData ? 1 : 0);
+    addToDigest(digest, series.minimum, series.maximum);
+    addToDigest(digest, series.mean, series.totalRideTime);
+    addToDigest(digest, series.firstDate, series.lastDate);
+    const std::vector<float>& values = series.values;
+    addToDigest(digest, values.size());
+    for (std::size_t i = 0; i + 1 < values.size(); i += 2)
+        addToDigest(digest, values[i], values[i + 1]);
+    if (values.size() % 2 != 0) addToDigest(digest, values.back(), 0);
+}
+
+std::uint64_t digestOf(const Drawing& drawing) {
+    std::uint64_t digest = services::emptyHash;
+    addToDigest(digest, static_cast<std::uint64_t>(drawing.kind));
+    // Those of the other chart have a say in the grid.
+    for (const std::uint8_t bits : drawing.marks.bits)
+        addToDigest(digest, bits);
+    for (int value = drawing.range.first; value < drawing.range.end; ++value) {
+        if (!hasMarks(drawing.marks, value)) continue;
+        addToDigest(digest, static_cast<std::uint32_t>(colourOf(value)));
+        addToDigest(digest, seriesOf(drawing, value));
+    }
+    if (drawing.kind == ChartKind::overview) return digest;
+    if (const device::DictionaryRecord* opened = openedTraining()) {
+        addToDigest(digest, services::hashOf(opened->description));
+        addToDigest(digest, static_cast<std::uint32_t>(opened->startDate));
+        addToDigest(digest, static_cast<std::uint32_t>(opened->endDate));
+    }
+    return digest;
+}
+
 // The dates of the overview are the series' own, as the bottom line shows them.
 ShownChart tellShown(const Drawing& drawing) {
     ShownChart shown{.kind = drawing.kind, .marks = drawing.marks};
@@ -189,16 +241,24 @@ void computeSeries(ChartKind kind, int valueNumber, ValueSeries& series) {
 }
 
 bool drawChart(ChartKind kind, services::Surface& surface, ShownChart* shown) {
-    const std::size_t available = kind == ChartKind::overview ? device::state.dictionary.size()
-                                                              : device::state.samples.size();
-    if (available < 2) return false;
+    if (!hasEnoughData(kind)) return false;
 
-    const Drawing drawing = gatherDrawing(kind, surface);
+    Drawing drawing = gatherDrawing(kind);
+    drawing.frame = chartFrame(surface.width, surface.height);
+    // Before a message lets anything else happen.
+    const std::uint64_t digest = shown == nullptr ? 0 : digestOf(drawing);
     drawMarks(surface, drawing);
     drawTexts(surface, drawing);
     paintFrame(surface, drawing.frame);
-    if (shown != nullptr) *shown = tellShown(drawing);
+    if (shown != nullptr) {
+        *shown = tellShown(drawing);
+        shown->digest = digest;
+    }
     return true;
+}
+
+std::uint64_t digestOfChart(ChartKind kind) {
+    return hasEnoughData(kind) ? digestOf(gatherDrawing(kind)) : 0;
 }
 
 }  // namespace charts

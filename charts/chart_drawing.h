@@ -1,6 +1,8 @@
 // The charts themselves: what is marked in the menus, drawn from the tables, limits and colours.
 #pragma once
 
+#include <cstdint>
+
 #include "charts/chart_description.h"
 #include "charts/values/value_catalogue.h"
 #include "charts/values/value_series.h"
@@ -16,5 +18,10 @@ void computeSeries(ChartKind kind, int valueNumber, ValueSeries& series);
 // removed. False, with the surface left as it was, when there are less than two trainings
 // (overview; selected or not) or two samples. `shown`, where given, tells what was drawn.
 bool drawChart(ChartKind kind, services::Surface& surface, ShownChart* shown = nullptr);
+
+// Tells whether a drawing would look other than an earlier one in an image of the same size: of the
+// records, samples, limits, colours and marks as they stand, as far as they are drawn. 0 where
+// drawChart would draw nothing. Marks whose messages remove them are still among what was drawn.
+std::uint64_t digestOfChart(ChartKind kind);
 
 }  // namespace charts

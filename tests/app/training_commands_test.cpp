@@ -3,6 +3,7 @@
 #include <fstream>
 
 #include "app/event_loop.h"
+#include "app/main_window.h"
 #include "app/startup.h"
 #include "charts/values/chart_options.h"
 #include "export/export_state.h"
@@ -71,6 +72,34 @@ class TrainingCommands : public AppTest {
             flags.push_back(record.selected);
         }
         return flags;
+    }
+
+    static const services::Surface& picture() {
+        return world.windows[services::mainWindow].images[app::chartImageControl];
+    }
+
+    static void resizeMainWhileTheListIsOpen(int width, int height) {
+        world.beforeEvent = [width, height](int) {
+            services::resizeWindow(services::mainWindow, width, height);
+        };
+    }
+
+    // The newest and the oldest, besides whatever else happens while the list is open.
+    static void chooseTwoRows() {
+        world.beforeEvent = [before = world.beforeEvent](int call) {
+            if (before) before(call);
+            auto& list =
+                world.windows.at(services::listWindow).controls.at(files::trainingListControl);
+            list.chosen = {0, 2};
+        };
+    }
+
+    static void exportAndCancel(int item, std::initializer_list<Event> events) {
+        world.events = events;
+        world.saveFileAnswers.push_back(
+            {services::Text("Name und Ort der CSV-Datei wählen"_l1), "", "Dicitonary.csv", ""});
+        choose(item);
+        world.beforeEvent = {};
     }
 
     static bool drawn(const std::string& text) {
@@ -179,6 +208,75 @@ TEST_F(TrainingCommands, AWindowResizedWhileTheListWasOpenIsDrawnAtItsNewSize) {
     choose(21);
     EXPECT_EQ(500, app::state.chartImage.width);
     EXPECT_EQ(400, settings::state.windowHeight);
+}
+
+// The list's choice is nothing that the chart of before has to show.
+TEST_F(TrainingCommands, AWindowResizedAboveACancelledListKeepsTheTicksOfTheOtherChart) {
+    choose(203);
+    choose(603);
+    for (const int item : {32, 31}) {
+        SCOPED_TRACE(item);
+        resizeMainWhileTheListIsOpen(500 + item, 400);
+        world.events = {key(files::escapeShortcut)};
+        world.texts.clear();
+        choose(item);
+        EXPECT_TRUE(services::itemMark(203));
+        EXPECT_TRUE(services::itemMark(603));
+        EXPECT_TRUE(world.texts.empty());
+        EXPECT_EQ(500 + item, settings::state.windowWidth);
+        EXPECT_EQ(400, settings::state.windowHeight);
+    }
+}
+
+TEST_F(TrainingCommands, AnExportDrawsNothingThatTheChartDoesNotShowAlready) {
+    choose(203);
+    const services::Surface before = picture();
+    resizeMainWhileTheListIsOpen(500, 400);
+    chooseTwoRows();
+    exportAndCancel(22, {press(0)});
+    EXPECT_EQ((std::vector<int>{1, 0, 1}), selection());
+    EXPECT_EQ(before.pixels, picture().pixels);
+    EXPECT_EQ(500, settings::state.windowWidth);
+    // As soon as something is drawn, it has the new size.
+    choose(303);
+    EXPECT_EQ(500, picture().width);
+    EXPECT_EQ(400, picture().height);
+}
+
+TEST_F(TrainingCommands, AnExportOfAllDrawsTheSameChartAtTheWindowsNewSize) {
+    choose(203);
+    resizeMainWhileTheListIsOpen(500, 400);
+    exportAndCancel(22, {press(0)});
+    EXPECT_EQ(500, picture().width);
+    EXPECT_TRUE(services::itemMark(203));
+    // Nor is a chart drawn again that has its size.
+    const int shown = world.windows[services::mainWindow].imagesShown;
+    exportAndCancel(22, {press(0)});
+    EXPECT_EQ(shown, world.windows[services::mainWindow].imagesShown);
+}
+
+TEST_F(TrainingCommands, AMovedWindowShowsWhatAnExportHasChosen) {
+    choose(203);
+    chooseTwoRows();
+    exportAndCancel(22, {press(0)});
+    const auto move = [] {
+        world.texts.clear();
+        app::dispatchEvent({.kind = EventKind::move});
+    };
+    for (const EventKind kind : {EventKind::move, EventKind::zoom, EventKind::resize}) {
+        device::state.dictionary.back().selected = kind == EventKind::zoom ? 0 : 1;
+        world.texts.clear();
+        app::dispatchEvent({.kind = kind});
+        EXPECT_TRUE(
+            drawn(kind == EventKind::zoom ? "1:00:00 / 1 = 1:00:00" : "2:00:00 / 2 = 1:00:00"));
+    }
+    move();
+    EXPECT_TRUE(world.texts.empty());
+    charts::state.limits[3].lower = 102;
+    move();
+    EXPECT_FALSE(world.texts.empty());
+    move();
+    EXPECT_TRUE(world.texts.empty());
 }
 
 TEST_F(TrainingCommands, TrainingsdateienBearbeitenOpensTheEditMode) {
