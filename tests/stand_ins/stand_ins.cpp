@@ -1,5 +1,6 @@
 #include "tests/stand_ins/stand_ins.h"
 
+#include <algorithm>
 #include <cstdlib>
 
 namespace stand_ins {
@@ -17,6 +18,18 @@ bool takeAnswer(std::deque<Answer>& answers, Answer& answer, const char* what) {
     answer = answers.front();
     answers.pop_front();
     return true;
+}
+
+// The open window that owns no other.
+int innermostWindow() {
+    int innermost = services::mainWindow;
+    for (const auto& [number, window] : world.windows) {
+        const auto isOfIt = [number](const auto& other) {
+            return other.second.row.owner == number;
+        };
+        if (std::ranges::none_of(world.windows, isOfIt)) innermost = number;
+    }
+    return innermost;
 }
 
 }  // namespace
@@ -55,6 +68,7 @@ namespace services {
 using stand_ins::world;
 
 void showMessage(TextView title, TextView text) {
+    if (world.beforeMessage) world.beforeMessage(title);
     if (world.anyMessageIsFine) return;
     stand_ins::MessageCall expected;
     if (!stand_ins::takeAnswer(world.expectedMessages, expected, "a message")) {
@@ -66,6 +80,7 @@ void showMessage(TextView title, TextView text) {
 }
 
 bool askYesNo(TextView title, TextView text) {
+    if (world.beforeMessage) world.beforeMessage(title);
     stand_ins::QuestionAnswer expected;
     if (!stand_ins::takeAnswer(world.questionAnswers, expected, "a question")) {
         ADD_FAILURE() << latin1ToUtf8(title) << ": " << latin1ToUtf8(text);
@@ -131,7 +146,7 @@ Event waitEvent() {
     Event event;
     if (!stand_ins::takeAnswer(world.events, event, "a wait for events")) {
         // Ends whatever loop waits, so that the failure is shown instead of a hang.
-        return {.kind = EventKind::close};
+        return {.kind = EventKind::close, .window = stand_ins::innermostWindow()};
     }
     return event;
 }

@@ -98,6 +98,8 @@ struct WindowRecord {
 struct World {
     std::deque<MessageCall> expectedMessages;
     bool anyMessageIsFine = false;  // for tests in which the system fails
+    // Sees the world as it is when a message is shown or a question is asked.
+    std::function<void(services::TextView title)> beforeMessage;
     std::deque<QuestionAnswer> questionAnswers;
     std::deque<DirectoryAnswer> directoryAnswers;
     std::deque<SaveFileAnswer> saveFileAnswers;
