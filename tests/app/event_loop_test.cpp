@@ -1,10 +1,14 @@
 #include "app/event_loop.h"
 
+#include <set>
+#include <tuple>
+
 #include "app/main_window.h"
 #include "app/startup.h"
 #include "charts/values/chart_options.h"
 #include "tests/app/app_test.h"
 #include "tests/builders/card_builder.h"
+#include "tests/charts/chart_test.h"
 
 namespace {
 
@@ -247,6 +251,55 @@ TEST_F(EventLoop, TheChartTellsAScreenReaderWhatItShows) {
     device::state.dictionary.clear();
     resizeTo(640, 480);
     EXPECT_EQ(services::Text::npos, description.find("Watt")) << description;
+}
+
+TEST_F(EventLoop, EveryTickTurnsToTheChartOfItsItem) {
+    using charts::ChartKind;
+    for (int base = 100; base <= 700; base += 100) {
+        for (const auto& [item, kind, other] :
+             {std::tuple(base + 3, ChartKind::overview, ChartKind::training),
+              std::tuple(base + 59, ChartKind::training, ChartKind::overview)}) {
+            for (int i = 0; i < 2; ++i) {  // on and off
+                app::state.currentChart = other;
+                app::dispatchEvent(menu(item));
+                EXPECT_EQ(kind, app::state.currentChart) << item;
+            }
+        }
+    }
+}
+
+// Of a training, so that neither looks as it does at the start.
+TEST_F(EventLoop, EventsOfTheFrameLeaveTheLastItemAndTheCurrentChart) {
+    device::state.samples = chart_tests::samplesOfWatt({90, 150});
+    app::dispatchEvent(menu(259));
+    for (const EventKind kind : {EventKind::move, EventKind::resize, EventKind::zoom}) {
+        SCOPED_TRACE(static_cast<int>(kind));
+        world.windows.at(services::mainWindow).width -= 50;
+        app::dispatchEvent({.kind = kind});
+        EXPECT_EQ(259, app::state.lastMenuItem);
+        EXPECT_EQ(charts::ChartKind::training, app::state.currentChart);
+        app::dispatchEvent({.kind = kind});
+        EXPECT_EQ(259, app::state.lastMenuItem);
+        EXPECT_EQ(charts::ChartKind::training, app::state.currentChart);
+    }
+}
+
+TEST_F(EventLoop, ATrainingsChartIsDrawnAtTheNewSizeToo) {
+    device::state.samples = chart_tests::samplesOfWatt({90, 150});
+    app::dispatchEvent(menu(259));
+    world.texts.clear();
+    resizeTo(640, 480);
+    EXPECT_EQ(640, picture().width);
+    EXPECT_EQ(480, picture().height);
+    std::set<services::Text> texts;
+    for (const stand_ins::TextCall& call : world.texts)
+        texts.insert(call.text);
+    EXPECT_TRUE(texts.contains("90"));
+    EXPECT_TRUE(texts.contains("150"));
+    EXPECT_FALSE(texts.contains("103"));  // of the overview
+    const auto resized = picture().pixels;
+    app::redraw();
+    EXPECT_EQ(resized, picture().pixels);
 }
 
 }  // namespace

@@ -4,9 +4,11 @@
 #include "app/event_loop.h"
 #include "app/main_window.h"
 #include "app/startup.h"
+#include "charts/values/chart_options.h"
 #include "services/disk/directories.h"
 #include "tests/app/app_test.h"
 #include "tests/builders/card_builder.h"
+#include "tests/charts/chart_test.h"
 
 namespace {
 
@@ -127,11 +129,7 @@ TEST_F(MenuCommands, Items800To871OpenTheLimitsOfTheirValueAndDraw) {
 }
 
 TEST_F(MenuCommands, LimitsFollowTheValuesOwnChart) {
-    for (const std::int16_t watt : {std::int16_t{90}, std::int16_t{150}}) {
-        device::TrainingSample sample;
-        sample.watt = watt;
-        device::state.samples.push_back(sample);
-    }
+    device::state.samples = chart_tests::samplesOfWatt({90, 150});
     // The overview is shown all the while.
     world.events = {{.kind = EventKind::menu, .window = services::limitsWindow, .item = 98}};
     choose(859);
@@ -216,6 +214,79 @@ TEST_F(MenuCommands, WhatAClosedDialogLeftBehindDoesNotEndTheProgram) {
     EXPECT_EQ(0, app::state.lastMenuItem);
     app::dispatchEvent({.kind = EventKind::close, .window = services::mainWindow});
     EXPECT_TRUE(app::state.quit);
+}
+
+TEST_F(MenuCommands, Item1WithoutATreeDoesNothingFurther) {
+    charts::enableOptions(charts::ChartKind::overview, false);
+    charts::enableOptions(charts::ChartKind::training, true);
+    app::state.currentChart = charts::ChartKind::training;
+    device::state.dictionary[1].selected = 0;
+    std::filesystem::remove("dictionary.2");
+    const int shown = window().imagesShown;
+    world.directoryAnswers.push_back(
+        {services::Text("Wähle die SD-Karte bzw. das Daum-Verzeichnis"_l1),
+         directory.string() + "/", ""});
+    choose(1);
+    ASSERT_EQ(3U, device::state.dictionary.size());
+    EXPECT_EQ(0, device::state.dictionary[1].selected);
+    EXPECT_FALSE(services::itemEnabled(103));
+    EXPECT_TRUE(services::itemEnabled(153));
+    EXPECT_EQ(charts::ChartKind::training, app::state.currentChart);
+    EXPECT_EQ(shown, window().imagesShown);
+}
+
+TEST_F(MenuCommands, Item1LeavesTheCurrentChart) {
+    builders::writeCard(directory / "andere", 5);
+    for (const charts::ChartKind kind :
+         {charts::ChartKind::training, charts::ChartKind::overview}) {
+        app::state.currentChart = kind;
+        world.directoryAnswers.push_back(
+            {services::Text("Wähle die SD-Karte bzw. das Daum-Verzeichnis"_l1),
+             directory.string() + "/", (directory / "andere").string() + "/"});
+        choose(1);
+        EXPECT_EQ(5U, device::state.dictionary.size());
+        EXPECT_EQ(kind, app::state.currentChart);
+    }
+}
+
+TEST_F(MenuCommands, Item1OffersTheOverviewThoughEveryRecordWasDropped) {
+    const std::filesystem::path other = directory / "ohne";
+    builders::writeCard(other, 2);
+    for (const char* training : {"0000000000000001", "0000000000000002"})
+        std::filesystem::remove(other / "data/result/ergo_bike" / training);
+    charts::enableOptions(charts::ChartKind::overview, false);
+    charts::enableOptions(charts::ChartKind::training, true);
+    world.directoryAnswers.push_back(
+        {services::Text("Wähle die SD-Karte bzw. das Daum-Verzeichnis"_l1),
+         directory.string() + "/", other.string() + "/"});
+    choose(1);
+    EXPECT_TRUE(device::state.dictionary.empty());
+    EXPECT_TRUE(services::itemEnabled(103));
+    EXPECT_FALSE(services::itemEnabled(153));
+}
+
+// The card may hold other trainings by now; they are read with the next command that needs them.
+TEST_F(MenuCommands, Item5DoesNotReadTheIndexAgain) {
+    device::state.dictionary[1].selected = 0;
+    builders::writeCard(directory, 5);
+    builders::writeCard(directory / "andere", 4);
+    write("[Programmeinstellungen]\nVerzeichnis = " + (directory / "andere").string() + "/\n");
+    expectReloadMessage();
+    choose(5);
+    EXPECT_EQ((directory / "andere/data/result/ergo_bike/").string(), services::currentDirectory());
+    ASSERT_EQ(3U, device::state.dictionary.size());
+    EXPECT_EQ(0, device::state.dictionary[1].selected);
+}
+
+TEST_F(MenuCommands, Item30ShowsTheClearedChartAtOnce) {
+    device::state.samples = chart_tests::samplesOfWatt({90, 150});
+    app::state.currentChart = charts::ChartKind::training;
+    app::redraw();
+    const auto empty = picture().pixels;
+    choose(259);
+    ASSERT_NE(empty, picture().pixels);
+    choose(30);
+    EXPECT_EQ(empty, picture().pixels);
 }
 
 }  // namespace

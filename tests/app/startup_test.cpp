@@ -176,4 +176,17 @@ TEST_F(Startup, AProgramLyingOnACardKnowsItByTheCopyOfItsIndex) {
     EXPECT_EQ(card, app::workingDirectoryAtStart(elsewhere, card));
 }
 
+TEST_F(Startup, OffersTheOverviewThoughEveryRecordWasDropped) {
+    builders::writeCard(directory, 2);
+    for (const char* training : {"0000000000000001", "0000000000000002"})
+        std::filesystem::remove(directory / "data/result/ergo_bike" / training);
+    ASSERT_TRUE(app::startUp({}));
+    EXPECT_TRUE(device::state.dictionary.empty());
+    for (int base = 100; base <= 900; base += 100) {
+        EXPECT_TRUE(services::itemEnabled(base)) << base;
+        EXPECT_TRUE(services::itemEnabled(base + 19)) << base;
+        EXPECT_FALSE(services::itemEnabled(base + 50)) << base;
+    }
+}
+
 }  // namespace

@@ -102,6 +102,16 @@ class TrainingCommands : public AppTest {
         world.beforeEvent = {};
     }
 
+    // What the user does to the list before its first event.
+    static void chooseRowsOnce(const std::vector<int>& rows) {
+        world.eventsWaitedFor = 0;
+        world.beforeEvent = [rows](int call) {
+            if (call != 0) return;
+            world.windows.at(services::listWindow).controls.at(files::trainingListControl).chosen =
+                rows;
+        };
+    }
+
     static bool drawn(const std::string& text) {
         for (const stand_ins::TextCall& call : world.texts) {
             if (services::latin1ToUtf8(call.text) == text) return true;
@@ -316,6 +326,95 @@ TEST_F(TrainingCommands, WithoutATreeACommandAsksForOneAndElseDoesNothing) {
              directory.string() + "/", ""});
         choose(item);
         expectOptionsOf(charts::ChartKind::overview);
+    }
+}
+
+TEST_F(TrainingCommands, EachItemOpensTheListInItsMode) {
+    const struct {
+        int item;
+        services::Text title;
+        const char* firstButton;
+        std::size_t controls;  // the list and its buttons
+        bool severalRows;
+    } rows[] = {{3, services::Text("Trainingsdateien bearbeiten"_l1), "Fertig", 6, true},
+                {21, services::Text("Wähle die Trainingsdatei"_l1), "Alle", 6, true},
+                {22, services::Text("Wähle die Trainingsdatei"_l1), "Alle", 6, true},
+                {31, services::Text("Wähle die Trainingsdatei"_l1), "Auswahl", 4, false},
+                {32, services::Text("Wähle die Trainingsdatei"_l1), "Auswahl", 4, false}};
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.item);
+        world.events = {key(files::escapeShortcut)};
+        choose(row.item);
+        const stand_ins::WindowRecord& list = world.closedWindows[services::listWindow];
+        EXPECT_EQ(row.title, list.title);
+        EXPECT_EQ(row.firstButton, list.controls.at(files::firstButtonControl).text);
+        EXPECT_EQ(row.controls, list.controls.size());
+        EXPECT_EQ(row.severalRows, list.controls.at(files::trainingListControl).severalRows);
+        world.closedWindows.clear();
+    }
+}
+
+// The width is that of the main window and the height is its height, not what the settings say.
+TEST_F(TrainingCommands, TheListTakesItsSizeFromTheMainWindow) {
+    for (const int item : {3, 21, 22, 31, 32}) {
+        SCOPED_TRACE(item);
+        world.windows.at(services::mainWindow).width = 1000;
+        world.windows.at(services::mainWindow).height = 650;
+        settings::state.windowWidth = 900;
+        settings::state.windowHeight = 500;
+        world.events = {key(files::escapeShortcut)};
+        choose(item);
+        const stand_ins::WindowRecord& list = world.closedWindows[services::listWindow];
+        EXPECT_EQ(990, list.row.width);
+        EXPECT_EQ(594, list.row.height);
+        world.closedWindows.clear();
+    }
+}
+
+TEST_F(TrainingCommands, TrainingsdateienBearbeitenShowsTheChosenTrainingsAtOnce) {
+    choose(203);
+    const auto all = picture().pixels;
+    chooseRowsOnce({0, 2});
+    world.events = {press(0)};
+    choose(3);
+    EXPECT_EQ((std::vector<int>{1, 0, 1}), selection());
+    EXPECT_NE(all, picture().pixels);
+}
+
+TEST_F(TrainingCommands, AnExportShowsNoNewPicture) {
+    choose(203);
+    const auto before = picture().pixels;
+    const int shown = world.windows[services::mainWindow].imagesShown;
+    // Two of the three: a new picture would be another one.
+    chooseRowsOnce({0, 2});
+    world.events = {press(0)};
+    world.saveFileAnswers.push_back(
+        {services::Text("Name und Ort der CSV-Datei wählen"_l1), "", "Dicitonary.csv", ""});
+    choose(22);
+    EXPECT_EQ((std::vector<int>{1, 0, 1}), selection());
+    EXPECT_EQ(shown, world.windows[services::mainWindow].imagesShown);
+
+    world.events = {doubleClick(0)};
+    world.saveFileAnswers.push_back({services::Text("Name und Ort der CSV-Datei wählen"_l1), "",
+                                     "0003  04_01_2013 00_00_00   60min   25,0km  Training 3.csv",
+                                     ""});
+    choose(32);
+    EXPECT_EQ(shown, world.windows[services::mainWindow].imagesShown);
+    EXPECT_EQ(before, picture().pixels);
+}
+
+TEST_F(TrainingCommands, EditingAndExportingLeaveTheCurrentChartAndItsOptions) {
+    for (const charts::ChartKind kind :
+         {charts::ChartKind::training, charts::ChartKind::overview}) {
+        world.events = {key(files::escapeShortcut)};
+        choose(kind == charts::ChartKind::training ? 31 : 21);
+        expectOptionsOf(kind);
+        for (const int item : {3, 22, 32}) {
+            SCOPED_TRACE(item);
+            world.events = {key(files::escapeShortcut)};
+            choose(item);
+            expectOptionsOf(kind);
+        }
     }
 }
 
