@@ -398,4 +398,18 @@ TEST_F(ChartDrawing, SeriesOfUnknownNumbersHaveNoData) {
     }
 }
 
+TEST_F(ChartDrawing, LimitsOfATrainingsValueAreApplied) {
+    loadThreeTrainings();
+    device::state.samples = chart_tests::samplesOfWatt({100, 150, 200});
+    charts::state.limits[59] = {120, 160};
+    // Of the same place in the overview, and of a neighbour.
+    charts::state.limits[9] = {1, 2};
+    charts::state.limits[58] = {3, 4};
+    mark(59, Option::line);
+    EXPECT_TRUE(charts::drawChart(ChartKind::training, surface));
+    ASSERT_GE(world.texts.size(), 3U);
+    EXPECT_EQ(world.texts[1].text, "120");
+    EXPECT_EQ(world.texts[2].text, "160");
+}
+
 }  // namespace

@@ -290,4 +290,28 @@ TEST_F(LimitsDialog, IsNotOpenedForNumbersThatAreNoValueOfTheChart) {
     EXPECT_EQ(0, world.eventsWaitedFor);
 }
 
+TEST_F(LimitsDialog, OfATrainingValueOpensWithItsLimitsAndResetsToTheSamples) {
+    device::state.samples = chart_tests::samplesOfWatt({90, 120, 150});
+    limits(59) = {.lower = 100, .upper = 140};
+    limits(9) = {.lower = 1, .upper = 2};
+    run({look([] {
+             EXPECT_EQ("100,00", fieldText(301));
+             EXPECT_EQ("140,00", fieldText(303));
+         }),
+         press(306), look([] {
+             EXPECT_EQ("90,00", fieldText(301));
+             EXPECT_EQ("150,00", fieldText(303));
+             EXPECT_EQ(100.0F, limits(59).lower);
+             EXPECT_EQ(140.0F, limits(59).upper);
+         }),
+         press(305)},
+        ChartKind::training, 59);
+    EXPECT_EQ(100.0F, limits(59).lower);
+    EXPECT_EQ(140.0F, limits(59).upper);
+    run({press(306), press(304)}, ChartKind::training, 59);
+    EXPECT_EQ(90.0F, limits(59).lower);
+    EXPECT_EQ(150.0F, limits(59).upper);
+    EXPECT_EQ(1.0F, limits(9).lower);
+}
+
 }  // namespace
