@@ -313,4 +313,21 @@ TEST_F(CsvExport, AFullDiskIsNotNoticed) {
     EXPECT_EQ(bytesOf("voll.csv"), "");
 }
 
+TEST_F(CsvExport, TheFileIsClosedBeforeItIsToldSaved) {
+    fillTables();
+    int told = 0;
+    stand_ins::world.beforeMessage = [&](services::TextView) {
+        ++told;
+        for (int number = 0; number < services::fileNumberLimit; ++number)
+            EXPECT_EQ(-1, services::lengthOfFile(number)) << number;
+    };
+    answer("", indexName, home + "Liste.csv");
+    expectSaved(home + "Liste.csv");
+    exportIndex();
+    answer("", trainingName, home + "Training.csv");
+    expectSaved(home + "Training.csv");
+    exportTraining();
+    EXPECT_EQ(told, 2);
+}
+
 }  // namespace
