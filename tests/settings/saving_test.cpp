@@ -456,4 +456,37 @@ TEST_F(SettingsFile, DeletedWhileThereIsNoneIsTheSame) {
     EXPECT_EQ(0U, filesInDirectory());
 }
 
+TEST_F(SettingsFile, IsAppliedToTheMenusBeforeItIsToldLoaded) {
+    write("[Men\xFCvorwahl]\nMenu 203 = 1\n");
+    services::setItemMark(105, true);
+    int told = 0;
+    world.beforeMessage = [&](services::TextView) {
+        ++told;
+        EXPECT_TRUE(services::itemMark(203));
+        EXPECT_FALSE(services::itemMark(105));
+    };
+    reload();
+    EXPECT_EQ(told, 1);
+}
+
+// What it said is gone with it.
+TEST_F(SettingsFile, IsDeletedBeforeTheSettingsAreLoaded) {
+    builders::writeCard(directory / "karte", 2);
+    write("[Programmeinstellungen]\nWindowBreite = 640\nWindowH\xF6he = 480\nVerzeichnis = " +
+          programDirectory() +
+          "karte/\nSicherheitskopie = /stick/\nNummerieren = 1\n[Farben]\nFarbe 30 = 5\n"
+          "Farbe 50 = 9\n[Men\xFCvorwahl]\nMenu 203 = 1\n");
+    charts::state.colours[50] = 77;
+    answerDeletion(true);
+    settings::deleteStartSettings();
+    EXPECT_EQ(900, settings::state.windowWidth);
+    EXPECT_EQ(560, settings::state.windowHeight);
+    EXPECT_EQ("", device::state.backupDirectory);
+    EXPECT_FALSE(device::state.renumberingEnabled);
+    EXPECT_EQ(0, charts::state.colours[30]);
+    EXPECT_EQ(77, charts::state.colours[50]);
+    EXPECT_EQ(0, settings::state.menuPreselection[203]);
+    EXPECT_EQ(programDirectory(), services::currentDirectory());
+}
+
 }  // namespace
