@@ -519,4 +519,85 @@ TEST_F(TrainingList, FollowsItsWindowAfterACommandThatForgotItsEvents) {
     });
 }
 
+TEST_F(TrainingList, FertigAndAuswahlTakeTheChosenRows) {
+    useThreeTrainings();
+    EXPECT_EQ(open(ListMode::edit, {button(0)},
+                   [](int) {
+                       chooseRows({0, 2});
+                   }),
+              ListResult::chosen);
+    EXPECT_EQ(flags(), "101");
+    EXPECT_EQ(open(ListMode::chooseOne, {button(0)}, [](int) { chooseRows({1}); }),
+              ListResult::chosen);
+    EXPECT_EQ(flags(), "010");
+}
+
+TEST_F(TrainingList, ReturnAndADoubleClickLeaveEveryMode) {
+    useThreeTrainings();
+    for (const ListMode mode : {ListMode::edit, ListMode::chooseMany, ListMode::chooseOne}) {
+        SCOPED_TRACE(static_cast<int>(mode));
+        EXPECT_EQ(open(mode, {key(files::returnShortcut)}, [](int) { chooseRows({1}); }),
+                  ListResult::chosen);
+        EXPECT_EQ(flags(), "010");
+        EXPECT_EQ(open(mode, {onList(services::doubleClicked, 0)}), ListResult::chosen);
+        EXPECT_EQ(flags(), "001");
+        EXPECT_TRUE(world.windows.empty());
+    }
+}
+
+TEST_F(TrainingList, UpAndDownMoveInEveryMode) {
+    useThreeTrainings();
+    const int expected[] = {-1, 2, 1, 2, 0};
+    for (const ListMode mode : {ListMode::edit, ListMode::chooseMany, ListMode::chooseOne}) {
+        SCOPED_TRACE(static_cast<int>(mode));
+        open(mode,
+             {key(files::upShortcut), key(files::upShortcut), key(files::downShortcut),
+              key(files::downShortcut), key(files::returnShortcut)},
+             [&](int call) { EXPECT_EQ(list().highlighted, expected[call]) << call; });
+        EXPECT_EQ(flags(), "001");
+    }
+}
+
+TEST_F(TrainingList, SortierenIsTheLastButtonOfEveryMode) {
+    auto first = recordOf(1, 1);
+    auto second = recordOf(2, 2);
+    auto third = recordOf(3, 3);
+    first.description = third.description = "Alpen";
+    second.description = "Zug";
+    useCard({first, second, third});
+    const char* expected[] = {"3 2 1", "3 1 2", "3 2 1"};
+    for (const auto& [mode, sort] :
+         {std::pair(ListMode::edit, button(4)), std::pair(ListMode::chooseMany, button(4)),
+          std::pair(ListMode::chooseOne, button(2))}) {
+        SCOPED_TRACE(static_cast<int>(mode));
+        device::loadDictionary();
+        open(mode, {sort, sort, key(files::escapeShortcut)},
+             [&](int call) { EXPECT_EQ(rows(), expected[call]); });
+    }
+}
+
+// Also when nothing was deleted: the rows are new ones, of which none is chosen.
+TEST_F(TrainingList, FillsItselfAgainInItsOrderAfterDeletingOrNot) {
+    auto first = recordOf(1, 1);
+    auto second = recordOf(2, 2);
+    auto third = recordOf(3, 3);
+    auto fourth = recordOf(4, 4);
+    first.description = third.description = "Alpen";
+    second.description = fourth.description = "Zug";
+    useCard({first, second, third, fourth});
+    for (const bool yes : {false, true}) {
+        world.questionAnswers.push_back(
+            {services::Text("Lösche Datei"_l1),
+             services::Text("Sollen die ausgewählten Dateien wirklich gelöscht werden?"_l1), yes});
+    }
+    open(ListMode::edit, {button(4), button(2), button(2), key(files::escapeShortcut)},
+         [](int call) {
+             const char* expected[] = {"4 3 2 1", "3 1 4 2", "3 1 4 2", "3 1 2"};
+             EXPECT_EQ(rows(), expected[call]);
+             EXPECT_TRUE(list().chosen.empty()) << call;
+             if (call == 1 || call == 2) chooseRows({2});
+         });
+    EXPECT_FALSE(fs::exists(nameOf(4)));
+}
+
 }  // namespace
