@@ -308,4 +308,41 @@ TEST_F(Renumbering, TheReportsTextFollowsItsWindow) {
     EXPECT_EQ(report.controls[files::reportText].box, (services::Box{8, 8, 338, 686}));
 }
 
+TEST_F(Renumbering, IsToldDoneOnceTheIndexIsSavedAndLoaded) {
+    useCard({recordOf(1, 1), recordOf(5, 2), recordOf(8, 3)});
+    int told = 0;
+    world.beforeMessage = [&](services::TextView title) {
+        if (title == "Dateinamen neu durchnummerieren") device::state.dictionary[1].selected = 0;
+        if (title != "Dateinamen") return;
+        ++told;
+        EXPECT_EQ(numbersInIndex("dictionary.2"), (Numbers{1, 2, 3}));
+        for (const device::DictionaryRecord& record : device::state.dictionary)
+            EXPECT_EQ(record.selected, 1);  // as loading leaves it
+        EXPECT_EQ(tableChanges, 1);
+    };
+    renumberAndClose();
+    EXPECT_EQ(told, 1);
+}
+
+TEST_F(Renumbering, TheReportGrowsRecordByRecord) {
+    useCard({recordOf(1, 1), recordOf(5, 2), recordOf(8, 3)});
+    const std::string texts[] = {"", "0000000000000001 = 0000000000000001\r",
+                                 "0000000000000005 = 0000000000000002\r",
+                                 "0000000000000008 = 0000000000000003\r"};
+    std::string expected;
+    int repaints = 0;
+    world.whileRepainting = [&](int call) {
+        SCOPED_TRACE(call);
+        ASSERT_LT(call, 4);
+        expected += texts[call];
+        EXPECT_EQ(world.windows[services::reportWindow].controls[files::reportText].text, expected);
+        // Renamed is what the report tells, and no more.
+        EXPECT_EQ(fs::exists(nameOf(2)), call >= 2);
+        EXPECT_EQ(fs::exists(nameOf(3)), call >= 3);
+        ++repaints;
+    };
+    renumberAndClose();
+    EXPECT_EQ(repaints, 4);
+}
+
 }  // namespace
