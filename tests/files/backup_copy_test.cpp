@@ -35,6 +35,25 @@ constexpr const char* legend =
     "+ = Die Datei wurde kopiert.\r"
     "- = Die Datei konnte nicht kopiert werden.\r";
 
+// A lease keeps the file from being opened for writing, whoever runs the test.
+class ReadOnlyForAll {
+  public:
+    explicit ReadOnlyForAll(const char* path) : file(open(path, O_RDONLY | O_CLOEXEC)) {
+        EXPECT_GE(file, 0);
+        EXPECT_EQ(fcntl(file, F_SETLEASE, F_RDLCK), 0);
+    }
+    ~ReadOnlyForAll() {
+        close(file);
+        std::signal(SIGIO, previousHandler);
+    }
+    ReadOnlyForAll(const ReadOnlyForAll&) = delete;
+    ReadOnlyForAll& operator=(const ReadOnlyForAll&) = delete;
+
+  private:
+    void (*previousHandler)(int) = std::signal(SIGIO, SIG_IGN);
+    int file;
+};
+
 class BackupCopy : public FilesTest {
   protected:
     void SetUp() override {
@@ -69,6 +88,9 @@ class BackupCopy : public FilesTest {
         return std::string(1, mark) + " " + nameOf(number) + " Training " + std::to_string(number) +
                "\r";
     }
+
+    // The same place by a path whose text before the second "/", its drive, is another one.
+    static std::string onAnotherDrive(const fs::path& path) { return "/." + path.string(); }
 
     // An index of the backup that names these trainings, and nothing else.
     void useBackupIndex(const std::vector<device::DictionaryRecord>& records,
@@ -394,16 +416,14 @@ TEST_F(BackupCopy, WithoutABackupDirectoryOneIsChosen) {
     useCard({recordOf(1, 1)});
     device::state.backupDirectory = "";
     device::state.programDirectory = "/program/";
-    const fs::path elsewhere =
-        fs::path("/dev/shm") / directory.filename();  // another drive than the card's
+    const fs::path elsewhere = directory / "zweiter";
     fs::create_directories(elsewhere);
     world.directoryAnswers.push_back(
         {services::Text("Wähle das Verzeichnis der Sicherheitskopie"_l1), "/program/",
-         elsewhere.string() + "/"});
+         onAnotherDrive(elsewhere) + "/"});
     copyAndClose();
     EXPECT_EQ(lines(), line('+', 1));
     EXPECT_TRUE(fs::exists(elsewhere / "data/result/ergo_bike" / nameOf(1)));
-    fs::remove_all(elsewhere);
 }
 
 TEST_F(BackupCopy, ARefusedChoiceStopsWhenNoDirectoryWasChosenBefore) {
@@ -481,14 +501,8 @@ TEST_F(BackupCopy, TheCurrentDirectoryAsBackupHasAMessageOfItsOwnWhenItCanNotBeW
     stand_ins::expectMessage(
         "Fehler"_l1,
         "Der Pfad der Sicherheitskopie ist mit dem aktuellen Daum Verzeichnis identisch!"_l1);
-    // A lease keeps the file from being opened for writing, whoever runs the test.
-    const auto previousHandler = std::signal(SIGIO, SIG_IGN);
-    const int leased = open("dictionary.2", O_RDONLY | O_CLOEXEC);
-    ASSERT_GE(leased, 0);
-    ASSERT_EQ(fcntl(leased, F_SETLEASE, F_RDLCK), 0);
+    const ReadOnlyForAll index("dictionary.2");
     copyAndClose();
-    close(leased);
-    std::signal(SIGIO, previousHandler);
     EXPECT_EQ(lines(), "");
 }
 
@@ -508,6 +522,23 @@ TEST_F(BackupCopy, WithoutAReportWindowNothingIsCopied) {
     world.windowsOpen = false;
     copy();
     EXPECT_TRUE(fs::is_empty(backup));
+}
+
+// Paths are compared as text: by another way to it the card is a backup like any other.
+TEST_F(BackupCopy, TheCurrentDirectoryByAnotherPathIsTakenForAnother) {
+    useCard({recordOf(1, 1)});
+    device::state.backupDirectory = onAnotherDrive(services::currentDirectory());
+    const std::string index = bytesOf("dictionary.2");
+    copyAndClose();
+    EXPECT_EQ(lines(), line('*', 1));
+    EXPECT_EQ(bytesOf("dictionary.2"), index);
+
+    stand_ins::expectMessage(
+        "Fehler"_l1, services::concatenate("Die Datei '", device::state.backupDirectory,
+                                           "Dictionary.2' konnte nicht geöffnet werden!"_l1));
+    const ReadOnlyForAll leased("dictionary.2");
+    copyAndClose();
+    EXPECT_EQ(lines(), "");
 }
 
 }  // namespace
