@@ -12,6 +12,7 @@
 #include "services/disk/numbered_files.h"
 #include "tests/files/file_size_limit.h"
 #include "tests/files/files_test.h"
+#include "tests/services/signals.h"
 
 namespace {
 
@@ -219,6 +220,7 @@ TEST_F(TrainingCopies, ASignalEndsTheProcessWhenTheGroupAtWorkIsComplete) {
         ASSERT_GE(child, 0);
         if (child == 0) {
             alarm(30);
+            tests::takeSignals();
             world.whileRepainting = [signal](int call) {
                 if (call == 1) raise(signal);
             };

@@ -7,6 +7,8 @@
 #include <csignal>
 #include <functional>
 
+#include "tests/services/signals.h"
+
 namespace {
 
 // How a process ends that does this and leaves with 3 in the end.
@@ -14,6 +16,7 @@ int statusOf(const std::function<void()>& action) {
     const pid_t child = fork();
     if (child == 0) {
         alarm(30);
+        tests::takeSignals();
         action();
         _exit(3);
     }
