@@ -1,5 +1,6 @@
 #include <QMenu>
 #include <QMenuBar>
+#include <QTest>
 #include <map>
 #include <string>
 
@@ -209,6 +210,50 @@ TEST_F(MenuBar, TheStateOfAnItemOutlivesItsWindow) {
     services::setItemEnabled(1, false);
     EXPECT_TRUE(services::itemMark(1));
     EXPECT_FALSE(services::itemEnabled(1));
+}
+
+// Escape alone is a shortcut; F10 opens a menu and chooses nothing.
+TEST_F(MenuBar, NoOtherKeyThanEscapeRunsACommand) {
+    build(app::menuRows());
+    services::keyboardShortcut(services::mainWindow, services::escapeKey, app::escapeItem);
+    for (const QAction* item : items())
+        EXPECT_TRUE(item->shortcuts().isEmpty()) << item->text().toStdString();
+    widget()->activateWindow();
+    takeWaitingEvents();
+
+    std::vector<Qt::Key> keys = {
+        Qt::Key_Return, Qt::Key_Enter,  Qt::Key_Backspace, Qt::Key_Insert, Qt::Key_Home,
+        Qt::Key_End,    Qt::Key_PageUp, Qt::Key_PageDown,  Qt::Key_Up,     Qt::Key_Down,
+        Qt::Key_Left,   Qt::Key_Right,  Qt::Key_Delete,    Qt::Key_Space,  Qt::Key_Plus,
+        Qt::Key_Minus,  Qt::Key_Help,   Qt::Key_Print,     Qt::Key_Pause,  Qt::Key_Menu,
+        Qt::Key_Save,   Qt::Key_Reload, Qt::Key_Open,      Qt::Key_Close};
+    for (int key = Qt::Key_A; key <= Qt::Key_Z; ++key)
+        keys.push_back(static_cast<Qt::Key>(key));
+    for (int key = Qt::Key_0; key <= Qt::Key_9; ++key)
+        keys.push_back(static_cast<Qt::Key>(key));
+    for (int key = Qt::Key_F1; key <= Qt::Key_F12; ++key)
+        keys.push_back(static_cast<Qt::Key>(key));
+    const Qt::KeyboardModifiers modifiers[] = {
+        Qt::NoModifier,      Qt::ShiftModifier,
+        Qt::ControlModifier, Qt::ControlModifier | Qt::ShiftModifier,
+        Qt::AltModifier,     Qt::ControlModifier | Qt::AltModifier,
+        Qt::MetaModifier};
+    for (const Qt::KeyboardModifiers modifier : modifiers) {
+        for (const Qt::Key key : keys) {
+            // Without a text: not every key has one.
+            QTest::sendKeyEvent(QTest::Click, widget(), key, QString(), modifier);
+            for (const services::Event& event : takeWaitingEvents()) {
+                EXPECT_NE(EventKind::menu, event.kind) << event.item << " by " << key;
+                EXPECT_NE(EventKind::close, event.kind) << key;
+            }
+            if (QWidget* menu = QApplication::activePopupWidget()) menu->close();
+        }
+    }
+    QTest::keyClick(widget(), Qt::Key_Escape);
+    std::vector<int> chosen;
+    for (const services::Event& event : takeWaitingEvents())
+        chosen.push_back(event.item);
+    EXPECT_EQ(std::vector<int>{app::escapeItem}, chosen);
 }
 
 }  // namespace

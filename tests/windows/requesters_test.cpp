@@ -338,4 +338,25 @@ TEST_F(Requesters, TheToolkitsOwnRequestersAreGermanUnderEveryLocale) {
     EXPECT_TRUE(buttons.contains(QStringLiteral("Abbrechen"))) << buttons.join('|').toStdString();
 }
 
+TEST_F(Requesters, MessagesAndQuestionsShowTheirTitleAndText) {
+    QString title;
+    QString text;
+    const auto look = [&](QWidget* dialog) {
+        title = dialog->windowTitle();
+        text = qobject_cast<QMessageBox*>(dialog)->text();
+        dialog->close();
+    };
+    whenOpen(look);
+    services::showMessage("L\xF6sche Datei", "Es wurden keine Dateien ausgew\xE4hlt!");
+    EXPECT_EQ(QStringLiteral("Lösche Datei"), title);
+    EXPECT_EQ(QStringLiteral("Es wurden keine Dateien ausgewählt!"), text);
+    whenOpen(look);
+    services::askYesNo(
+        "Zur\xFC"
+        "cksetzen <b>&",
+        "Wirklich?\r\n<b>100 %1</b> & mehr");
+    EXPECT_EQ(QStringLiteral("Zurücksetzen <b>&"), title);
+    EXPECT_EQ(QStringLiteral("Wirklich?\n<b>100 %1</b> & mehr"), text);
+}
+
 }  // namespace
