@@ -371,6 +371,27 @@ TEST_F(TrainingCommands, TheListTakesItsSizeFromTheMainWindow) {
     }
 }
 
+TEST_F(TrainingCommands, TheListsReportsTakeTheirHeightFromTheMainWindow) {
+    world.windows.at(services::mainWindow).width = 1000;
+    world.windows.at(services::mainWindow).height = 650;
+    settings::state.windowHeight = 800;
+    device::state.renumberingEnabled = true;
+    world.questionAnswers.push_back({"Dateinamen neu durchnummerieren",
+                                     "Sollen die Dateinamen neu durchnummeriert werden?", true});
+    stand_ins::expectMessage("Dateinamen", "Die Dateinamen wurden neu durchnummeriert!");
+    std::filesystem::create_directory(directory / "stick");
+    device::state.backupDirectory = (directory / "stick").string() + "/";
+    std::vector<int> heights;
+    world.beforeEvent = [&](int) {
+        const auto report = world.windows.find(services::reportWindow);
+        if (report != world.windows.end()) heights.push_back(report->second.height);
+    };
+    const Event closing = {.kind = EventKind::close, .window = services::reportWindow};
+    world.events = {press(3), closing, press(1), closing, key(files::escapeShortcut)};
+    choose(3);
+    EXPECT_EQ((std::vector<int>{588, 588}), heights);
+}
+
 TEST_F(TrainingCommands, TrainingsdateienBearbeitenShowsTheChosenTrainingsAtOnce) {
     choose(203);
     const auto all = picture().pixels;
