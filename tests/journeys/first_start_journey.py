@@ -112,3 +112,16 @@ class FirstStart(Journey):
         )
         program.window()
         program.wait_no_chart()
+
+    def test_arguments_say_nothing_not_even_the_toolkits_own(self):
+        other = self.card("other")
+        other.add(record(1, seconds(2013, 3, 1), watt=100))
+        card = self.filled_card()
+        program = self.start(
+            card.root,
+            arguments=["--help", "--version", "-platform", "offscreen", "-stylesheet", "none",
+                       "-qmljsdebugger", other.root],
+        )
+        self.shows_card(program)
+        program.press("Escape")
+        self.assertEqual(program.wait_end(), 0)

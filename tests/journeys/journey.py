@@ -4,11 +4,14 @@ A single one, of the release build, in this directory:
 /usr/bin/python3 -B -m unittest limits_journey.Limits.test_a_dragged_band_becomes_the_limits
 """
 
+import calendar
+import datetime
 import glob
 import os
 import shutil
 import tempfile
 import unittest
+import zoneinfo
 
 import program
 from card import Card
@@ -22,6 +25,8 @@ def first_directory(path):
 
 class Journey(unittest.TestCase):
     """A desktop for all journeys of a class; a fresh directory and fresh programs for each."""
+
+    zone = "UTC"  # where the programs are started
 
     @classmethod
     def setUpClass(cls):
@@ -38,11 +43,21 @@ class Journey(unittest.TestCase):
         self.place = tempfile.mkdtemp(dir=self.desktop.home)
         self.addCleanup(shutil.rmtree, self.place, ignore_errors=True)
         self.desktop.park_pointer()
+        self.move_to(self.zone)
 
     def directory(self, name):
         path = os.path.join(self.place, name)
         os.makedirs(path, exist_ok=True)
         return path
+
+    def move_to(self, zone):
+        """Programs started from now on stand in this time zone."""
+        self.zone = zone
+        self.desktop.environment["TZ"] = zone
+
+    def wall_clock(self):
+        """What the clock on the wall shows there now, as the device counts it."""
+        return calendar.timegm(datetime.datetime.now(zoneinfo.ZoneInfo(self.zone)).timetuple())
 
     def card(self, name="card"):
         return Card(self.directory(name))
@@ -56,10 +71,12 @@ class Journey(unittest.TestCase):
                 return path
         raise AssertionError("no second directory for what is temporary")
 
-    def start(self, directory, executable=None):
+    def start(self, directory, executable=None, arguments=()):
         """Starts the program in a directory and waits for it to be there, not for its window: it
         may begin with a requester."""
-        started = program.Program(self.desktop, executable or self.executable, directory)
+        started = program.Program(
+            self.desktop, executable or self.executable, directory, arguments
+        )
         self.addCleanup(started.end)
         self.addCleanup(self.keep_evidence, started)
         return started

@@ -13,10 +13,12 @@ TRAININGS = [(500, 100.0), (200, 170.0), (40, 120.0), (20, 150.0), (5, 130.0)]
 
 
 class Periods(Journey):
+    zone = "America/St_Johns"
+
     def setUp(self):
         super().setUp()
         self.filled = self.card()
-        self.now = int(time.time())  # the program's clock shows UTC here
+        self.now = self.wall_clock()
         for i, (days, watt) in enumerate(TRAININGS):
             self.filled.add(record(i + 1, self.now - days * DAY, watt=watt))
         self.program = self.start(self.filled.root)
@@ -52,6 +54,22 @@ class Periods(Journey):
         self.picture("year")
         self.take("Alle")
         self.shows([100, 170, 120, 150, 130])
+
+    def test_the_month_ends_by_the_clock_on_the_wall(self):
+        # Far enough from the edge for a slow machine, nearer than any zone's distance from UTC.
+        for zone in ("Europe/Berlin", "America/St_Johns", "UTC"):
+            self.program.end()
+            self.move_to(zone)
+            edge = self.wall_clock() - 31 * DAY
+            near = self.card(zone.replace("/", " "))
+            for i, (start, watt) in enumerate([(edge - 1500, 100.0), (edge + 1500, 150.0),
+                                               (edge + DAY, 130.0)]):
+                near.add(record(i + 1, start, watt=watt))
+            self.program = self.start(near.root)
+            self.program.tick("Übersicht", "Watt", "Balken")
+            self.program.wait_bars(fractions([100, 150, 130]))
+            self.take("Monatsfrist")
+            self.program.wait_told("Übersicht, 2 Trainings vom ")
 
     def test_chosen_rows(self):
         program = self.program

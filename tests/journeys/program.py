@@ -15,11 +15,11 @@ TITLE = "Kurbelbuch"
 class Program:
     """A running program. Procedures that wait raise TookTooLong, those that find nothing too."""
 
-    def __init__(self, desktop, executable, directory):
+    def __init__(self, desktop, executable, directory, arguments=()):
         self.desktop = desktop
         # What the program is run by, as a tool that watches its memory.
         runner = shlex.split(os.environ.get("KURBELBUCH_RUNNER", ""))
-        self.process = desktop.run("program", [*runner, executable], cwd=directory)
+        self.process = desktop.run("program", [*runner, executable, *arguments], cwd=directory)
         self.root = wait_until(self.find_application, lambda: "the program " + self.condition())
 
     def condition(self):
