@@ -24,10 +24,10 @@ bool takeAnswer(std::deque<Answer>& answers, Answer& answer, const char* what) {
 int innermostWindow() {
     int innermost = services::mainWindow;
     for (const auto& [number, window] : world.windows) {
-        const auto isOfIt = [number](const auto& other) {
-            return other.second.row.owner == number;
+        const auto isOwned = [owner = number](const auto& other) {
+            return other.second.row.owner == owner;
         };
-        if (std::ranges::none_of(world.windows, isOfIt)) innermost = number;
+        if (std::ranges::none_of(world.windows, isOwned)) innermost = number;
     }
     return innermost;
 }
