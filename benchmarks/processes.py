@@ -127,7 +127,8 @@ def make_home(place, name, trainings, marks):
     directory = os.path.join(place, name)
     os.mkdir(directory, 0o700)
     subprocess.run(
-        [os.path.join(BUILD, "demo_card"), directory, "--trainings", str(trainings)], check=True
+        [os.path.join(BUILD, "demo_card"), directory, "--trainings", str(trainings),
+         "--until", "2013-12-18"], check=True
     )
     with open(os.path.join(directory, "Einstellungen.dat"), "wb") as file:
         file.write(settings(marks))

@@ -1,5 +1,6 @@
 #include "tools/demo_files.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <charconv>
 #include <cstdio>
@@ -23,6 +24,30 @@ bool parseNumber(std::string_view text, Number& number) {
     return error == std::errc() && stopped == end;
 }
 
+constexpr services::DateValue secondsPerDay = 86'400;
+
+// "2013-12-18": the end of that day.
+bool parseDay(std::string_view text, services::DateValue& until) {
+    if (text.size() != 10 || text[4] != '-' || text[7] != '-') return false;
+    unsigned year = 0;  // of an unsigned number no sign is read
+    unsigned month = 0;
+    unsigned day = 0;
+    if (!parseNumber(text.substr(0, 4), year) || !parseNumber(text.substr(5, 2), month) ||
+        !parseNumber(text.substr(8, 2), day) || year < firstDemoYear || year > lastDemoYear) {
+        return false;
+    }
+    const services::DateValue begin =
+        services::makeDate(year, static_cast<int>(month), static_cast<int>(day), 0, 0, 0);
+    // 30 February is another day of the calendar.
+    const services::CalendarDate date = services::calendarDate(begin);
+    if (date.year != year || date.month != static_cast<int>(month) ||
+        date.day != static_cast<int>(day)) {
+        return false;
+    }
+    until = begin + secondsPerDay - 1;
+    return true;
+}
+
 // Fails when the file exists: a card with real trainings is never written over. A file that was
 // begun and could not be finished is removed, so that only complete ones refuse the next run.
 std::string writeNewFile(const std::filesystem::path& path, std::string_view bytes) {
@@ -40,15 +65,19 @@ std::string writeNewFile(const std::filesystem::path& path, std::string_view byt
 
 }  // namespace
 
-std::optional<DemoOptions> parseDemoOptions(std::span<const char* const> arguments) {
+std::optional<DemoOptions> parseDemoOptions(std::span<const char* const> arguments,
+                                            services::DateValue now) {
     DemoOptions options;
+    options.until = std::clamp(now, services::makeDate(firstDemoYear, 1, 1, 0, 0, 0),
+                               services::makeDate(lastDemoYear, 12, 31, 23, 59, 59));
     for (std::size_t i = 0; i < arguments.size(); ++i) {
         const std::string_view argument = arguments[i];
-        if (argument == "--trainings" || argument == "--seed") {
+        if (argument == "--trainings" || argument == "--seed" || argument == "--until") {
             if (++i == arguments.size()) return std::nullopt;
-            const bool understood = argument == "--seed"
-                                        ? parseNumber(arguments[i], options.seed)
-                                        : parseNumber(arguments[i], options.trainings);
+            const std::string_view value = arguments[i];
+            const bool understood = argument == "--seed"    ? parseNumber(value, options.seed)
+                                    : argument == "--until" ? parseDay(value, options.until)
+                                                            : parseNumber(value, options.trainings);
             if (!understood) return std::nullopt;
         } else if (argument.empty() || argument.starts_with("-") || !options.directory.empty()) {
             return std::nullopt;
@@ -75,7 +104,8 @@ std::string writeDemoCard(const DemoOptions& options) {
     Random random{options.seed};
     services::Text indexBytes;
     std::uint64_t number = 0;
-    for (const PlannedTraining& training : planTrainings(options.trainings, random)) {
+    for (const PlannedTraining& training :
+         planTrainings(options.trainings, options.until, random)) {
         const auto samples = rideTraining(training, random);
         const services::Text name = services::numberToHexadecimal16(++number);
         const std::string problem = writeNewFile(tree / name, encodeSamples(samples));

@@ -30,12 +30,12 @@ bool isWeekend(services::DateValue day) {
 }
 
 // Days since 1970, ascending; found backwards from the last training.
-std::vector<services::DateValue> planDays(int count, Random& random) {
+std::vector<services::DateValue> planDays(int count, services::DateValue last, Random& random) {
     constexpr std::array gaps = {1, 2, 2, 2, 3, 3};
     std::vector<services::DateValue> days;
-    services::DateValue day = services::makeDate(2013, 12, 18, 0, 0, 0) / secondsPerDay;
+    services::DateValue day = last;
     while (static_cast<int>(days.size()) < count) {
-        if (isHoliday(day)) {
+        if (day != last && isHoliday(day)) {
             --day;
             continue;
         }
@@ -152,8 +152,15 @@ void planContents(PlannedTraining& training, Random& random) {
 
 }  // namespace
 
-std::vector<PlannedTraining> planTrainings(int count, Random& random) {
-    const std::vector<services::DateValue> days = planDays(count, random);
+int lengthOf(const PlannedTraining& training) {
+    int seconds = 0;
+    for (const Stretch& stretch : training.stretches)
+        seconds += stretch.seconds;
+    return seconds;
+}
+
+std::vector<PlannedTraining> planTrainings(int count, services::DateValue until, Random& random) {
+    const std::vector<services::DateValue> days = planDays(count, until / secondsPerDay, random);
     std::vector<PlannedTraining> trainings;
     double fitness = 0.15;  // 0 to 1: grows with each training, shrinks with each week of rest
     for (std::size_t i = 0; i < days.size(); ++i) {
@@ -174,6 +181,13 @@ std::vector<PlannedTraining> planTrainings(int count, Random& random) {
         trainings.push_back(training);
 
         fitness += (1 - fitness) * 0.015;
+    }
+    if (!trainings.empty()) {
+        // Nobody has ridden this evening's training at noon. Right after midnight it began
+        // yesterday.
+        PlannedTraining& last = trainings.back();
+        const services::DateValue latest = until - lengthOf(last);
+        if (last.startDate > latest) last.startDate = static_cast<std::int32_t>(latest);
     }
     return trainings;
 }

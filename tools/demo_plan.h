@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <vector>
 
+#include "services/text/dates.h"
 #include "services/text/latin1.h"
 #include "tools/demo_random.h"
 
@@ -30,8 +31,12 @@ struct PlannedTraining {
     std::vector<Stretch> stretches;  // 20 to 90 minutes in all
 };
 
-// `count` trainings by start date, the last one in December 2013: about three a week, fewer in
-// summer, none in the holidays.
-std::vector<PlannedTraining> planTrainings(int count, Random& random);
+// What the training takes, in seconds.
+int lengthOf(const PlannedTraining& training);
+
+// `count` trainings by start date: about three a week, fewer in summer, none in the holidays. The
+// last one is on the day of `until`, whatever the season, and is over by then: shortly after
+// midnight it began the day before.
+std::vector<PlannedTraining> planTrainings(int count, services::DateValue until, Random& random);
 
 }  // namespace tools

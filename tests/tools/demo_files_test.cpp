@@ -22,19 +22,25 @@ constexpr const char* tree = "card/data/result/ergo_bike/";
 
 using DemoCard = device_tests::CardTest;
 
-TEST(DemoOptionsParsing, UnderstandsDirectoryTrainingsAndSeedInAnyOrder) {
+const services::DateValue noon = services::makeDate(2026, 3, 14, 12, 0, 0);
+const services::DateValue lastMoment = services::makeDate(2013, 12, 18, 23, 59, 59);
+
+TEST(DemoOptionsParsing, UnderstandsDirectoryTrainingsSeedAndDayInAnyOrder) {
     struct Row {
         std::vector<const char*> arguments;
         DemoOptions options;
     };
     const Row rows[] = {
-        {{"card"}, {"card", 300, 1}},
-        {{"card", "--trainings", "7"}, {"card", 7, 1}},
-        {{"--seed", "18446744073709551615", "card"}, {"card", 300, 18446744073709551615U}},
-        {{"--trainings", "5000", "card", "--seed", "0"}, {"card", 5000, 0}},
+        {{"card"}, {"card", 300, 1, noon}},
+        {{"card", "--trainings", "7"}, {"card", 7, 1, noon}},
+        {{"--seed", "18446744073709551615", "card"}, {"card", 300, 18446744073709551615U, noon}},
+        {{"--trainings", "5000", "card", "--seed", "0"}, {"card", 5000, 0, noon}},
+        {{"card", "--until", "2013-12-18"}, {"card", 300, 1, lastMoment}},
+        {{"--until", "2012-02-29", "card"},
+         {"card", 300, 1, services::makeDate(2012, 2, 29, 23, 59, 59)}},
     };
     for (const Row& row : rows) {
-        EXPECT_EQ(parseDemoOptions(row.arguments), row.options) << row.arguments[0];
+        EXPECT_EQ(parseDemoOptions(row.arguments, noon), row.options) << row.arguments[0];
     }
 }
 
@@ -53,16 +59,50 @@ TEST(DemoOptionsParsing, RefusesWhatMakesNoSense) {
         {"card", "--trainings", "12x"},
         {"card", "--seed", "-1"},
         {"card", "--seed", "18446744073709551616"},
+        {"card", "--until"},
+        {"card", "--until", ""},
+        {"card", "--until", "18.12.2013"},
+        {"card", "--until", "2013-12-18 "},
+        {"card", "--until", "2013-2-30"},
+        {"card", "--until", "2013-02-30"},
+        {"card", "--until", "2013-00-01"},
+        {"card", "--until", "2013-13-01"},
+        {"card", "--until", "2013-+1-01"},
+        {"card", "--until", "2009-12-31"},
+        {"card", "--until", "2038-01-01"},
         {"card", "--unknown"},
         {"-h"},
     };
     for (std::size_t i = 0; i < rows.size(); ++i) {
-        EXPECT_FALSE(parseDemoOptions(rows[i]).has_value()) << "row " << i;
+        EXPECT_FALSE(parseDemoOptions(rows[i], noon).has_value()) << "row " << i;
     }
 }
 
+TEST(DemoOptionsParsing, AClockThatRunsInAnotherCenturyIsNotBelieved) {
+    const auto until = [](services::DateValue now) {
+        const std::vector<const char*> arguments = {"card"};
+        const auto options = parseDemoOptions(arguments, now);
+        return options ? services::dayText(options->until) : "none";
+    };
+    EXPECT_EQ(until(0), "01.01.2010");
+    EXPECT_EQ(until(services::makeDate(2009, 12, 31, 23, 59, 59)), "01.01.2010");
+    EXPECT_EQ(until(services::makeDate(2037, 12, 31, 23, 59, 59)), "31.12.2037");
+    EXPECT_EQ(until(services::makeDate(2107, 6, 1, 0, 0, 0)), "31.12.2037");
+}
+
+TEST_F(DemoCard, TheLastTrainingIsOfTheWantedDay) {
+    ASSERT_EQ(writeDemoCard({"card", 3, 1, noon}), "");
+    fs::current_path(directory / "card");
+    ASSERT_EQ(device::locateDeviceTree(), device::TreeLocation::below);
+    device::loadDictionary();
+    ASSERT_EQ(state.dictionary.size(), 3U);
+    EXPECT_EQ(services::dayText(state.dictionary[2].startDate), "14.03.2026");
+    EXPECT_LE(state.dictionary[2].endDate, noon);
+    EXPECT_NE(services::dayText(state.dictionary[1].startDate), "14.03.2026");
+}
+
 TEST_F(DemoCard, TheProgramReadsEveryTrainingOfIt) {
-    ASSERT_EQ(writeDemoCard({"card", 12, 3}), "");
+    ASSERT_EQ(writeDemoCard({"card", 12, 3, lastMoment}), "");
     fs::current_path(directory / "card");
     ASSERT_EQ(device::locateDeviceTree(), device::TreeLocation::below);
     device::loadDictionary();
@@ -80,10 +120,10 @@ TEST_F(DemoCard, TheProgramReadsEveryTrainingOfIt) {
     }
 }
 
-TEST_F(DemoCard, TheSeedAloneDecidesWhatIsWritten) {
-    ASSERT_EQ(writeDemoCard({"card", 3, 1}), "");
-    ASSERT_EQ(writeDemoCard({"same", 3, 1}), "");
-    ASSERT_EQ(writeDemoCard({"other", 3, 2}), "");
+TEST_F(DemoCard, SeedAndDayAloneDecideWhatIsWritten) {
+    ASSERT_EQ(writeDemoCard({"card", 3, 1, lastMoment}), "");
+    ASSERT_EQ(writeDemoCard({"same", 3, 1, lastMoment}), "");
+    ASSERT_EQ(writeDemoCard({"other", 3, 2, lastMoment}), "");
     for (const char* name : {"dictionary.2", "0000000000000001", "0000000000000003"}) {
         const std::string file = std::string("/data/result/ergo_bike/") + name;
         EXPECT_TRUE(bytesOf("card" + file) == bytesOf("same" + file)) << name;
@@ -94,7 +134,7 @@ TEST_F(DemoCard, TheSeedAloneDecidesWhatIsWritten) {
 TEST_F(DemoCard, AnExistingIndexIsNeverWrittenOver) {
     fs::create_directories(tree);
     writeBytes(std::string(tree) + "dictionary.2", "years of trainings");
-    EXPECT_NE(writeDemoCard({"card", 1, 1}), "");
+    EXPECT_NE(writeDemoCard({"card", 1, 1, lastMoment}), "");
     EXPECT_EQ(bytesOf(std::string(tree) + "dictionary.2"), "years of trainings");
     EXPECT_FALSE(fs::exists(std::string(tree) + "0000000000000001"));
 }
@@ -102,7 +142,7 @@ TEST_F(DemoCard, AnExistingIndexIsNeverWrittenOver) {
 TEST_F(DemoCard, AnExistingTrainingFileIsNeverWrittenOver) {
     fs::create_directories(tree);
     writeBytes(std::string(tree) + "0000000000000002", "a training");
-    EXPECT_NE(writeDemoCard({"card", 3, 1}), "");
+    EXPECT_NE(writeDemoCard({"card", 3, 1, lastMoment}), "");
     EXPECT_EQ(bytesOf(std::string(tree) + "0000000000000002"), "a training");
     EXPECT_FALSE(fs::exists(std::string(tree) + "dictionary.2"));
 }
@@ -110,15 +150,15 @@ TEST_F(DemoCard, AnExistingTrainingFileIsNeverWrittenOver) {
 TEST_F(DemoCard, AFileThatCantBeFinishedIsNotLeftBehind) {
     {
         const files_tests::FileSizeLimit full(1000);
-        EXPECT_NE(writeDemoCard({"card", 2, 1}), "");
+        EXPECT_NE(writeDemoCard({"card", 2, 1, lastMoment}), "");
     }
     EXPECT_TRUE(fs::is_empty(tree));
-    EXPECT_EQ(writeDemoCard({"card", 2, 1}), "");
+    EXPECT_EQ(writeDemoCard({"card", 2, 1, lastMoment}), "");
 }
 
 TEST_F(DemoCard, ADirectoryThatCantBeMadeIsReported) {
     writeBytes("card", "a file in the way");
-    EXPECT_NE(writeDemoCard({"card", 1, 1}), "");
+    EXPECT_NE(writeDemoCard({"card", 1, 1, lastMoment}), "");
 }
 
 }  // namespace

@@ -3,14 +3,18 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <array>
 #include <set>
 
 #include "services/text/dates.h"
+#include "tools/demo_files.h"
 
 namespace {
 
 using tools::planTrainings;
 using tools::Random;
+
+const services::DateValue lastMoment = services::makeDate(2013, 12, 18, 23, 59, 59);
 
 TEST(DemoRandom, TheSequenceIsTheSameOnEveryMachine) {
     Random random{1};
@@ -26,9 +30,9 @@ TEST(DemoRandom, IntegersReachBothEndsAndNeverLeaveThem) {
     EXPECT_EQ(seen, (std::set<int>{-2, -1, 0, 1, 2, 3}));
 }
 
-TEST(DemoPlan, YearsOfTrainingsEndInDecember2013) {
+TEST(DemoPlan, YearsOfTrainingsEndOnTheWantedDay) {
     Random random{1};
-    const auto trainings = planTrainings(400, random);
+    const auto trainings = planTrainings(400, lastMoment, random);
     ASSERT_EQ(trainings.size(), 400U);
     EXPECT_EQ(services::dayText(trainings.back().startDate), "18.12.2013");
     EXPECT_LE(services::year(trainings.front().startDate), 2011);
@@ -41,9 +45,42 @@ TEST(DemoPlan, YearsOfTrainingsEndInDecember2013) {
     }
 }
 
+TEST(DemoPlan, TheLastTrainingIsOfTheWantedDayAlsoInTheHolidays) {
+    for (const auto& [year, month, day] :
+         {std::array{2026, 7, 31}, {2026, 12, 31}, {2027, 1, 1}, {2028, 2, 29}}) {
+        Random random{4};
+        const auto end = services::makeDate(year, month, day, 23, 59, 59);
+        const auto trainings = planTrainings(20, end, random);
+        ASSERT_EQ(trainings.size(), 20U);
+        EXPECT_EQ(services::dayText(trainings.back().startDate), services::dayText(end));
+        EXPECT_GT(end - trainings.front().startDate, 19 * 86'400);
+    }
+}
+
+TEST(DemoPlan, NoTrainingIsYetToCome) {
+    for (int hour = 0; hour < 24; ++hour) {
+        Random random{6};
+        const auto now = services::makeDate(2026, 3, 13, hour, 15, 0);
+        const auto trainings = planTrainings(5, now, random);
+        const auto end = trainings.back().startDate + tools::lengthOf(trainings.back());
+        EXPECT_LE(end, now);
+        EXPECT_EQ(services::dayText(end), "13.03.2026");
+        EXPECT_GT(trainings[4].startDate, trainings[3].startDate + tools::lengthOf(trainings[3]));
+        if (hour == 23) EXPECT_GE(services::calendarDate(end).hour, 17);
+    }
+}
+
+TEST(DemoPlan, TheLongestCardFitsIntoTheDatesOfACard) {
+    Random random{1};
+    const auto first = services::makeDate(tools::firstDemoYear, 1, 1, 0, 0, 0);
+    EXPECT_GT(planTrainings(tools::mostDemoTrainings, first, random).front().startDate, 0);
+    const auto last = services::makeDate(tools::lastDemoYear, 12, 31, 23, 59, 59);
+    EXPECT_EQ(services::dayText(planTrainings(2, last, random).back().startDate), "31.12.2037");
+}
+
 TEST(DemoPlan, NobodyTrainsInTheHolidays) {
     Random random{3};
-    for (const auto& training : planTrainings(1000, random)) {
+    for (const auto& training : planTrainings(1000, lastMoment, random)) {
         const auto date = services::calendarDate(training.startDate);
         const int key = date.month * 100 + date.day;
         EXPECT_FALSE(key >= 722 && key <= 812) << key;
@@ -55,10 +92,8 @@ TEST(DemoPlan, EveryTrainingIsRideable) {
     Random random{5};
     std::set<std::string> descriptions;
     int withoutBelt = 0;
-    for (const auto& training : planTrainings(1000, random)) {
-        int seconds = 0;
-        for (const auto& stretch : training.stretches)
-            seconds += stretch.seconds;
+    for (const auto& training : planTrainings(1000, lastMoment, random)) {
+        const int seconds = tools::lengthOf(training);
         EXPECT_GE(seconds, 20 * 60) << training.description;
         EXPECT_LE(seconds, 90 * 60) << training.description;
         EXPECT_LE(training.description.size(), 63U);
@@ -79,7 +114,7 @@ TEST(DemoPlan, EveryTrainingIsRideable) {
 
 TEST(DemoPlan, TheRiderGetsFitterOverTheYears) {
     Random random{1};
-    const auto trainings = planTrainings(300, random);
+    const auto trainings = planTrainings(300, lastMoment, random);
     double first = 0;
     double last = 0;
     for (std::size_t i = 0; i < 50; ++i) {
