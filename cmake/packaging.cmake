@@ -52,6 +52,8 @@ else()
   set(program_directory "${CMAKE_INSTALL_LIBEXECDIR}/kurbelbuch")
   file(RELATIVE_PATH KURBELBUCH_BIN_TO_PROGRAM
        "${CMAKE_INSTALL_FULL_BINDIR}" "${CMAKE_INSTALL_FULL_LIBEXECDIR}/kurbelbuch/kurbelbuch")
+  file(READ packaging/linux/stop.sh KURBELBUCH_STOP)
+  set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS packaging/linux/stop.sh)
   configure_file(packaging/linux/kurbelbuch.in packaging/kurbelbuch @ONLY)
   configure_file(packaging/linux/kurbelbuch.metainfo.xml.in
                  "packaging/${KURBELBUCH_COMPONENT_ID}.metainfo.xml" @ONLY)
