@@ -6,7 +6,9 @@
 #include <QLibraryInfo>
 #include <QLocale>
 #include <QSettings>
+#include <cstdio>
 #include <cstdlib>
+#include <thread>
 
 #include "services/disk/endings.h"
 #include "services/disk/memory.h"
@@ -103,6 +105,50 @@ void keepNoNotes() {
         QSettings::setPath(format, QSettings::UserScope, QStringLiteral("/dev/null"));
 }
 
+void printLine(const QString& line) {
+    const QByteArray bytes = line.toUtf8();
+    static_cast<void>(std::fprintf(stderr, "%s\n", bytes.constData()));
+}
+
+[[noreturn]] void endWithoutDisplay() {
+    const bool isNamed = !qEnvironmentVariableIsEmpty("DISPLAY") ||
+                         !qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY") ||
+                         !qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM");
+    if (isNamed && !toolkit.startProblem.isEmpty()) {
+        printLine(QStringLiteral("kurbelbuch: Die Anzeige lässt sich nicht benutzen: ") +
+                  toolkit.startProblem.simplified());
+    } else {
+        printLine(
+            QStringLiteral("kurbelbuch: Es ist keine Anzeige da, auf der sich ein Fenster "
+                           "öffnen ließe."));
+    }
+    std::_Exit(1);  // the toolkit is half built: nothing of it may be taken down
+}
+
+// Without a display the toolkit would explain its plugins in several lines, and abort.
+void keepStartMessage(QtMsgType type, const QMessageLogContext& context, const QString& message) {
+    if (type == QtFatalMsg) endWithoutDisplay();
+    if (std::this_thread::get_id() != toolkit.mainThread) {  // the toolkit has some of its own
+        printLine(qFormatLogMessage(type, context, message));
+        return;
+    }
+    if (toolkit.startProblem.isEmpty() && QByteArrayView(context.category).startsWith("qt.qpa."))
+        toolkit.startProblem = message;
+    toolkit.startMessages.push_back(qFormatLogMessage(type, context, message));
+}
+
+void makeApplication() {
+    toolkit.mainThread = std::this_thread::get_id();
+    qInstallMessageHandler(keepStartMessage);
+    toolkit.application =
+        std::make_unique<QApplication>(toolkit.argumentCount, toolkit.arguments.data());
+    qInstallMessageHandler(nullptr);
+    for (const QString& message : toolkit.startMessages)
+        printLine(message);
+    toolkit.startMessages = {};
+    toolkit.startProblem = {};
+}
+
 // A display that is gone ends the process from within the toolkit, whose objects can't be freed any
 // more.
 void leaveToolkitAsItIs() {
@@ -178,8 +224,7 @@ void startToolkit(char* programName) {
     toolkit.argumentCount = 1;
     toolkit.arguments = {programName, nullptr};
     QCoreApplication::setApplicationName(QStringLiteral("Kurbelbuch"));
-    toolkit.application =
-        std::make_unique<QApplication>(toolkit.argumentCount, toolkit.arguments.data());
+    qt::makeApplication();
     QGuiApplication::setDesktopFileName(QStringLiteral("kurbelbuch"));
     QApplication::setWindowIcon(qt::windowIcon());
     QApplication::setQuitOnLastWindowClosed(false);

@@ -13,6 +13,7 @@
 #include <QPointer>
 #include <QShortcut>
 #include <QString>
+#include <QStringList>
 #include <QTimer>
 #include <QTranslator>
 #include <QWidget>
@@ -21,6 +22,7 @@
 #include <map>
 #include <memory>
 #include <span>
+#include <thread>
 
 #include "services/events.h"
 #include "services/menus.h"
@@ -89,6 +91,9 @@ struct ToolkitState {
     int argumentCount = 1;
     std::array<char*, 2> arguments = {};
     std::unique_ptr<QApplication> application;
+    QStringList startMessages;  // of the toolkit, as they would be printed, while it starts
+    QString startProblem;       // what its platforms said first
+    std::thread::id mainThread;
     std::unique_ptr<QTranslator> german;
     std::unique_ptr<QObject> quitFilter;
     std::unique_ptr<KeyRepeats> keyRepeats;
