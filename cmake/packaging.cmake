@@ -72,8 +72,6 @@ else()
   file(GLOB manual_pictures CONFIGURE_DEPENDS docs/bilder/*.png)
   install(FILES ${manual_pictures} DESTINATION "${CMAKE_INSTALL_DOCDIR}/bilder")
   install(FILES packaging/debian/copyright TYPE DOC)
-  install(FILES packaging/debian/lintian-overrides
-          DESTINATION "${CMAKE_INSTALL_DATADIR}/lintian/overrides" RENAME kurbelbuch)
 
   # Manual pages and changelog are kept compressed, without the time and name that gzip would add.
   find_program(KURBELBUCH_GZIP gzip REQUIRED)
