@@ -79,6 +79,7 @@ class ToolkitWindow : public QWidget {
   private:
     int window;
     QMenuBar* menuBar = nullptr;
+    double reportedRatio = 0;  // device pixels a logical pixel, at the last report of a size
 };
 
 // In logical pixels, of this font.

@@ -165,10 +165,26 @@ void ToolkitWindow::moveEvent(QMoveEvent* event) {
     if (isVisible()) post({.kind = EventKind::move, .window = window});
 }
 
+namespace {
+
+// Qt tells of a new pixel ratio from 6.6 on, also when the screen stays the same; before that a
+// change of screen is all it tells. By its number: the Qt that runs may be newer than the one at
+// build time.
+constexpr int pixelRatioChange = 222;
+#if QT_VERSION >= QT_VERSION_CHECK(6, 6, 0)
+static_assert(pixelRatioChange == QEvent::DevicePixelRatioChange);
+#endif
+
+}  // namespace
+
 bool ToolkitWindow::eventFilter(QObject* watched, QEvent* event) {
-    const bool newPixelRatio = event->type() == QEvent::ScreenChangeInternal;
-    if (watched == content && (event->type() == QEvent::Resize || newPixelRatio) && isVisible()) {
-        post({.kind = EventKind::resize, .window = window});
+    if (watched != content) return QWidget::eventFilter(watched, event);
+    const bool newRatio =
+        event->type() == pixelRatioChange || (event->type() == QEvent::ScreenChangeInternal &&
+                                              reportedRatio != content->devicePixelRatioF());
+    if (newRatio || event->type() == QEvent::Resize) {
+        reportedRatio = content->devicePixelRatioF();
+        if (isVisible()) post({.kind = EventKind::resize, .window = window});
     }
     return QWidget::eventFilter(watched, event);
 }

@@ -120,4 +120,20 @@ TEST_F(PixelRatio, AnotherScreenIsReportedAsANewSizeAndTellsItsOwnRatio) {
     EXPECT_EQ(300, services::windowWidth(services::mainWindow));
 }
 
+TEST_F(PixelRatio, AnotherScreenOfTheSameRatioIsNoNewSize) {
+    open(300, 300, "Programm");
+    QEvent change(QEvent::ScreenChangeInternal);
+    QCoreApplication::sendEvent(imageWidget()->parentWidget(), &change);
+    EXPECT_EQ(0, count(takeWaitingEvents(), EventKind::resize));
+}
+
+// As when the user gives the desktop another scale; the Qt that tells of it may be newer than this
+// one.
+TEST_F(PixelRatio, ANewRatioOfTheSameScreenIsReportedAsANewSize) {
+    open(300, 300, "Programm");
+    QEvent change(static_cast<QEvent::Type>(222));
+    QCoreApplication::sendEvent(imageWidget()->parentWidget(), &change);
+    EXPECT_EQ(1, count(takeWaitingEvents(), EventKind::resize));
+}
+
 }  // namespace
