@@ -17,20 +17,20 @@ leave_clean_roots() {
     clean_root_mounts=()
 }
 
-# make_clean_root BASE DIRECTORY: a smallest Debian, with one user. BASE is such a system made before,
-# or is made now.
+# make_clean_root BASE DIRECTORY [CODENAME]: a smallest Debian, this one's release or the named one, with
+# one user. BASE is such a system made before, or is made now.
 make_clean_root() {
-    local base=$1 directory=$2
+    local base=$1 directory=$2 own codename mirror
+    # shellcheck source=/dev/null disable=SC1091
+    own=$(. /etc/os-release && echo "$VERSION_CODENAME")
+    codename=${3:-$own}
     if [[ ! -f $base/etc/debian_version ]]; then
         heading "Making a clean system in $base"
         rm -rf -- "$base.part"
         mkdir -p -- "$base.part"
-        local codename mirror
-        # shellcheck source=/dev/null disable=SC1091
-        codename=$(. /etc/os-release && echo "$VERSION_CODENAME")
         # From where this system has its own packages.
         # shellcheck disable=SC2016  # expanded by apt-get
-        mirror=$(apt-get indextargets --format '$(REPO_URI)' "Codename: $codename" \
+        mirror=$(apt-get indextargets --format '$(REPO_URI)' "Codename: $own" \
             'Created-By: Packages' | head -n 1)
         debootstrap --variant=minbase "$codename" "$base.part" ${mirror:+"$mirror"} \
             >"$base.log" 2>&1 || { cat -- "$base.log"; return 1; }
