@@ -73,14 +73,15 @@ int withinWindow(int size) {
 
 }  // namespace
 
+// Lines short enough to be read whole in a fixed font, in a box that is measured in "_" of another.
 TextView infoText() {
     return "Kurbelbuch\r\n"
            "\r\n"
            "Version: 20130531\r\n"
-           "Autor: Die Kurbelbuch-Entwickler\r\n"
-           "Homepage: kurbelbuch.example\r\n"
-           "E-Mail: post@kurbelbuch.example\r\n"
-           "Mastodon: @kurbelbuch@social.example"_l1;
+           "Autor: Kurbelbuch-Team\r\n"
+           "Web: kurbelbuch.example\r\n"
+           "Mail: post@rad.example\r\n"
+           "Mastodon: @kb@rad.example"_l1;
 }
 
 void showInfoBox() {

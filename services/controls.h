@@ -39,10 +39,11 @@ void createLabel(int window, int control, const Box& box, TextView text);
 void createTextField(int window, int control, const Box& box, TextView text,
                      TextView accessibleName, TextView tooltip);
 
-// Several lines to read, select, copy and scroll, in a font of fixed width. CR, LF and CR LF each
-// end a line. The font becomes smaller, by a third at most, where the box would not hold so many
-// characters and lines otherwise. 0 for both asks for nothing: then a line that is too long for the
-// box is wrapped, and no digit of it is ever out of sight.
+// Several lines to read, select, copy and scroll, in the user's font of fixed width and never in a
+// smaller one. CR, LF and CR LF each end a line. The letters grow, to twice their size at most, as
+// long as the box holds so many characters and lines; Ctrl with the wheel, with Plus or with Minus
+// makes them larger and back again. 0 for both asks for nothing: then a line that is too long for
+// the box is wrapped, and no digit of it is ever out of sight.
 struct TextExtent {
     int columns = 0;
     int lines = 0;

@@ -1,6 +1,5 @@
 #include "services/controls.h"
 
-#include <QFontDatabase>
 #include <QHeaderView>
 #include <QLabel>
 #include <QLineEdit>
@@ -11,6 +10,7 @@
 
 #include "services/qt/list_model.h"
 #include "services/qt/list_view.h"
+#include "services/qt/read_only_text.h"
 #include "services/qt/toolkit_state.h"
 
 namespace services {
@@ -21,15 +21,19 @@ QRect rectangle(const Box& box) {
     return {box.x, box.y, box.width, box.height};
 }
 
-template <typename Widget>
-Widget* addControl(qt::ToolkitWindow& window, int control, const Box& box) {
-    auto* widget = new Widget(window.content);
+void placeNewControl(qt::ToolkitWindow& window, int control, const Box& box, QWidget* widget) {
     widget->setGeometry(rectangle(box));
     if (QLabel* caption = window.captionOfNext) {
         caption->setBuddy(widget);
         window.captionOfNext = nullptr;
     }
     window.controls[control] = widget;
+}
+
+template <typename Widget>
+Widget* addControl(qt::ToolkitWindow& window, int control, const Box& box) {
+    auto* widget = new Widget(window.content);
+    placeNewControl(window, control, box, widget);
     return widget;
 }
 
@@ -99,60 +103,12 @@ void createTextField(int window, int control, const Box& box, TextView text,
                      [window, control] { postAction(window, control, edited); });
 }
 
-namespace {
-
-bool holds(const Box& box, TextExtent wanted, const QFont& font) {
-    const QFontMetrics metrics(font);
-    return metrics.horizontalAdvance(QString(wanted.columns, QLatin1Char('m'))) < box.width &&
-           metrics.lineSpacing() * wanted.lines <= box.height;
-}
-
-// The toolkit lays a text out before it has its size, gives that small view both scroll bars, and
-// afterwards each of them takes the room that keeps the other.
-class ReadOnlyText : public QPlainTextEdit {
-  public:
-    using QPlainTextEdit::QPlainTextEdit;
-
-  protected:
-    void showEvent(QShowEvent* event) override {
-        QPlainTextEdit::showEvent(event);
-        for (const auto policy : {Qt::ScrollBarAlwaysOff, Qt::ScrollBarAsNeeded}) {
-            setHorizontalScrollBarPolicy(policy);
-            setVerticalScrollBarPolicy(policy);
-        }
-    }
-};
-
-QFont fixedFont(const Box& box, TextExtent wanted) {
-    QFont font = QFontDatabase::systemFont(QFontDatabase::FixedFont);
-    const int largest = QFontInfo(font).pixelSize();
-    for (int size = largest - 1; size >= largest - largest / 3; --size) {
-        if (holds(box, wanted, font)) break;
-        font.setPixelSize(size);
-    }
-    return font;
-}
-
-}  // namespace
-
 void createTextView(int window, int control, const Box& box, TextView accessibleName,
                     TextExtent wanted) {
     qt::ToolkitWindow* found = qt::findWindow(window);
     if (found == nullptr) return;
-    auto* view = addControl<ReadOnlyText>(*found, control, box);
-    view->setReadOnly(true);
-    view->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
-    const bool isMeasured = wanted.columns > 0 || wanted.lines > 0;
-    view->setLineWrapMode(isMeasured ? QPlainTextEdit::NoWrap : QPlainTextEdit::WidgetWidth);
-    view->setWordWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
-    view->setTabChangesFocus(true);
-    view->setUndoRedoEnabled(false);
-    view->setFont(fixedFont(box, wanted));
-    if (isMeasured) {
-        // The box is measured for the text alone.
-        view->setFrameShape(QFrame::NoFrame);
-        view->document()->setDocumentMargin(0);
-    }
+    auto* view = new qt::ReadOnlyText(wanted, found->content);
+    placeNewControl(*found, control, box, view);
     view->setAccessibleName(qt::toQString(accessibleName));
 }
 

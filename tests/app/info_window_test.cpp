@@ -55,9 +55,9 @@ TEST_F(InfoWindow, OfTheVersionHasItsPlaceSizeAndText) {
         (services::Box{characterWidth, characterHeight, 36 * characterWidth, 7 * characterHeight}),
         text.box);
     EXPECT_EQ(
-        "Kurbelbuch\r\n\r\nVersion: 20130531\r\nAutor: Die Kurbelbuch-Entwickler\r\n"
-        "Homepage: kurbelbuch.example\r\nE-Mail: post@kurbelbuch.example\r\n"
-        "Mastodon: @kurbelbuch@social.example",
+        "Kurbelbuch\r\n\r\nVersion: 20130531\r\nAutor: Kurbelbuch-Team\r\n"
+        "Web: kurbelbuch.example\r\nMail: post@rad.example\r\n"
+        "Mastodon: @kb@rad.example",
         text.text);
     EXPECT_EQ(36, text.wanted.columns);
     EXPECT_EQ(7, text.wanted.lines);

@@ -1,6 +1,5 @@
 #include "services/controls.h"
 
-#include <QFontDatabase>
 #include <QHeaderView>
 #include <QLabel>
 #include <QLineEdit>
@@ -172,35 +171,6 @@ TEST_F(Controls, ATextViewScrollsToWhatIsAppended) {
     const QScrollBar* bar = only<QPlainTextEdit>()->verticalScrollBar();
     EXPECT_GT(bar->maximum(), 0);
     EXPECT_EQ(bar->maximum(), bar->value());
-}
-
-TEST_F(Controls, ATextShrinksToItsBoxByAThirdAtMost) {
-    constexpr services::TextExtent wanted = {.columns = 36, .lines = 7};
-    const QFont fixed = QFontDatabase::systemFont(QFontDatabase::FixedFont);
-    const QFontMetrics metrics(fixed);
-    const int width = metrics.horizontalAdvance(QString(wanted.columns, QLatin1Char('m'))) + 1;
-    const int height = metrics.lineSpacing() * wanted.lines;
-    for (const int percent : {150, 110, 90, 80, 75, 50}) {
-        SCOPED_TRACE(percent);
-        services::createTextView(services::mainWindow, control,
-                                 {0, 0, width * percent / 100, height * percent / 100}, "Bericht",
-                                 wanted);
-        services::Text text;
-        for (int line = 1; line <= wanted.lines; ++line)
-            text += services::Text(36, 'm') + (line < wanted.lines ? "\r" : "");
-        services::setControlText(services::mainWindow, control, text);
-        show();
-        const auto* const view = only<QPlainTextEdit>();
-        ASSERT_NE(nullptr, view);
-        const int size = QFontInfo(view->font()).pixelSize();
-        const int largest = QFontInfo(fixed).pixelSize();
-        EXPECT_GE(3 * size, 2 * largest);
-        EXPECT_TRUE(percent < 100 || size == largest);
-        EXPECT_EQ(percent >= 75, view->horizontalScrollBar()->maximum() == 0);
-        EXPECT_EQ(percent >= 75, view->verticalScrollBar()->maximum() == 0);
-        services::closeWindow(services::mainWindow);
-        openMainWindow();
-    }
 }
 
 TEST_F(Controls, AListShowsItsCellsOnDemand) {
