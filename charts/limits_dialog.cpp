@@ -11,7 +11,6 @@
 #include "services/controls.h"
 #include "services/disk/memory.h"
 #include "services/events.h"
-#include "services/text_drawing.h"
 #include "services/windows.h"
 
 namespace charts {
@@ -41,14 +40,14 @@ struct Layout {
 int widestOf(std::initializer_list<TextView> texts) {
     int width = 0;
     for (const TextView text : texts)
-        width = std::max(width, services::textWidth(text));
+        width = std::max(width, services::controlTextWidth(text));
     return width;
 }
 
 // Everything follows from the texts' own sizes, so that no font and no figure is cut off.
 Layout layOut(const LimitsInput& input) {
-    const int unit = services::textWidth("_"_l1);
-    const int margin = services::textHeight("Ag"_l1);
+    const int unit = services::controlTextWidth("_"_l1);
+    const int margin = services::controlTextHeight();
     const int rowHeight = 2 * margin;
     const int frameOfField = 3 * unit;
     const int frameOfButton = 4 * unit;
@@ -85,7 +84,7 @@ Layout layOut(const LimitsInput& input) {
 
 bool openDialog(const LimitsInput& input) {
     const Layout layout = layOut(input);
-    const int offset = 4 * services::textHeight("Ag"_l1);
+    const int offset = 4 * services::controlTextHeight();
     const services::WindowRow row = {
         .number = limitsWindow,
         .x = offset,

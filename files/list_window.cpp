@@ -19,7 +19,6 @@
 #include "services/controls.h"
 #include "services/disk/memory.h"
 #include "services/events.h"
-#include "services/text_drawing.h"
 #include "services/windows.h"
 
 namespace files {
@@ -298,10 +297,11 @@ void createControls(const List& list) {
 ButtonTexts buttonTexts(ListMode mode) {
     ButtonTexts widths;
     for (const ButtonRow& button : buttonsOf(mode)) {
-        const int width = services::textWidth(button.text);
+        const int width = services::controlTextWidth(button.text);
         // The one becomes the other.
-        widths.push_back(button.text == takesAll ? std::max(width, services::textWidth(takesChosen))
-                                                 : width);
+        widths.push_back(button.text == takesAll
+                             ? std::max(width, services::controlTextWidth(takesChosen))
+                             : width);
     }
     return widths;
 }
@@ -310,8 +310,8 @@ ButtonTexts buttonTexts(ListMode mode) {
 
 ListResult openTrainingList(ListMode mode, int mainWidth, int mainHeight) {
     List list = {.mode = mode,
-                 .font = {.characterWidth = services::textWidth("_"),
-                          .textHeight = services::textHeight("_")}};
+                 .font = {.characterWidth = services::controlTextWidth("_"),
+                          .textHeight = services::controlTextHeight()}};
     list.buttonTexts = buttonTexts(mode);
     if (!openListWindow(list, mainWidth, mainHeight)) return ListResult::notOpened;
 

@@ -30,6 +30,11 @@ struct Box {
     bool operator==(const Box&) const = default;
 };
 
+// The size of a text in the user interface's font, in which controls are labelled. Logical pixels,
+// 0 or more.
+int controlTextWidth(TextView text);
+int controlTextHeight();
+
 void createButton(int window, int control, const Box& box, TextView text, TextView tooltip = {});
 
 // The caption of the control that is created next; its text is that control's accessible name.

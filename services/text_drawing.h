@@ -1,4 +1,6 @@
-// Text on a chart, in the drawing surface's font (the desktop's default font).
+// Text on a chart, in the drawing surface's font: the desktop's default font, made smaller where
+// its lines are higher than 20 logical pixels. That is the room below a plot, whatever the font,
+// and a higher line of dates would be cut off there.
 #pragma once
 
 #include "services/raster/colours.h"

@@ -56,6 +56,14 @@ QFont figuresFont() {
     for (char digit = '1'; digit <= '9'; ++digit) {
         if (metrics.horizontalAdvance(QLatin1Char(digit)) !=
             metrics.horizontalAdvance(QLatin1Char('0'))) {
+int controlTextWidth(TextView text) {
+    return QFontMetrics(QGuiApplication::font()).horizontalAdvance(qt::toQString(text));
+}
+
+int controlTextHeight() {
+    return QFontMetrics(QGuiApplication::font()).height();
+}
+
             return QFontDatabase::systemFont(QFontDatabase::FixedFont);
         }
     }

@@ -9,21 +9,47 @@
 
 namespace services {
 
+namespace {
+
+constexpr int tallestLine = 20;  // services/text_drawing.h
+
+// The desktop's font, in as large a size as keeps a line within its room.
+QFont chartFont(const QFont& desktopFont) {
+    QFont font = desktopFont;
+    for (int size = QFontInfo(font).pixelSize() - 1;
+         size > 0 && QFontMetrics(font).height() > tallestLine; --size) {
+        font.setPixelSize(size);
+    }
+    return font;
+}
+
+// Follows the desktop when it changes its font.
+qt::ChartTexts& chartTexts() {
+    qt::ChartTexts& texts = qt::toolkit.chartTexts;
+    const QFont desktopFont = QGuiApplication::font();
+    if (texts.height == 0 || texts.desktopFont != desktopFont) {
+        const QFont font = chartFont(desktopFont);
+        texts = {desktopFont, font, QFontMetrics(font).height(), {}};
+    }
+    return texts;
+}
+
+}  // namespace
+
 // A chart asks for the same texts over and over, and shaping one takes microseconds.
 int textWidth(TextView text) {
-    qt::TextWidths& known = qt::toolkit.textWidths;
-    const QFont font = QGuiApplication::font();
+    qt::ChartTexts& texts = chartTexts();
     constexpr std::size_t most = 4096;
-    if (known.font != font || known.widths.size() >= most) known = {font, {}};
-    const auto found = known.widths.find(text);
-    if (found != known.widths.end()) return found->second;
-    const int width = QFontMetrics(font).horizontalAdvance(qt::toQString(text));
-    known.widths.emplace(text, width);
+    if (texts.widths.size() >= most) texts.widths.clear();
+    const auto found = texts.widths.find(text);
+    if (found != texts.widths.end()) return found->second;
+    const int width = QFontMetrics(texts.font).horizontalAdvance(qt::toQString(text));
+    texts.widths.emplace(text, width);
     return width;
 }
 
 int textHeight(TextView) {
-    return QFontMetrics(QGuiApplication::font()).height();
+    return chartTexts().height;
 }
 
 void drawText(Surface& surface, int x, int y, TextView text, Colour colour) {
@@ -40,10 +66,10 @@ void drawText(Surface& surface, int x, int y, TextView text, Colour colour) {
                  QImage::Format_RGB32);
     image.setDevicePixelRatio(surface.pixelRatio);
     QPainter painter(&image);
-    painter.setFont(QGuiApplication::font());
+    const QFont& font = chartTexts().font;
+    painter.setFont(font);
     painter.setPen(QColor(red(colour), green(colour), blue(colour)));
-    painter.drawText(QPointF(x, y + QFontMetrics(QGuiApplication::font()).ascent()),
-                     qt::toQString(text));
+    painter.drawText(QPointF(x, y + QFontMetrics(font).ascent()), qt::toQString(text));
 }
 
 }  // namespace services

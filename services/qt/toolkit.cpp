@@ -248,7 +248,7 @@ void stopToolkit() {
     toolkit.actions = {};
     toolkit.queue = {};
     qt::removeAccessibility();
-    toolkit.textWidths = {};
+    toolkit.chartTexts = {};
     toolkit.application.reset();
     toolkit.german.reset();
     toolkit.quitFilter.reset();

@@ -82,9 +82,11 @@ class ToolkitWindow : public QWidget {
     double reportedRatio = 0;  // device pixels a logical pixel, at the last report of a size
 };
 
-// In logical pixels, of this font.
-struct TextWidths {
+// The font of texts on a chart, and widths in it, in logical pixels.
+struct ChartTexts {
+    QFont desktopFont;  // from which it was made
     QFont font;
+    int height = 0;  // 0 before the first text
     std::map<Text, int, std::less<>> widths;
 };
 
@@ -102,7 +104,7 @@ struct ToolkitState {
     std::map<int, QPointer<ToolkitWindow>> windows;
     std::array<QPointer<QAction>, menuItemLimit> actions = {};
     EventQueue queue;
-    TextWidths textWidths;
+    ChartTexts chartTexts;
     QElapsedTimer lastRepaint;      // of letWindowsRepaint
     QEventLoop* waiting = nullptr;  // the loop of waitEvent while it blocks
 };

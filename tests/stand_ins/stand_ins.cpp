@@ -130,6 +130,14 @@ int textHeight(TextView) {
 }
 
 void drawText(Surface& surface, int x, int y, TextView text, Colour colour) {
+int controlTextWidth(TextView text) {
+    return stand_ins::characterWidth * static_cast<int>(text.size());
+}
+
+int controlTextHeight() {
+    return stand_ins::characterHeight;
+}
+
     if (world.beforeText) world.beforeText(surface);
     world.texts.push_back({x, y, Text(text), colour});
     if (world.paintText) world.paintText(surface, world.texts.back());

@@ -1,4 +1,6 @@
 // Large fonts: nothing is cut off, covered or out of reach.
+#include <QFontDatabase>
+#include <QFontInfo>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPlainTextEdit>
@@ -6,6 +8,8 @@
 #include <QScreen>
 #include <QScrollBar>
 
+#include "services/controls.h"
+#include "services/text_drawing.h"
 #include "tests/windows/program_windows.h"
 
 namespace {
@@ -93,6 +97,53 @@ TEST_P(Fonts, WindowsFitTheScreen) {
         const QSize screen = window.screen()->availableSize();
         EXPECT_LE(window.width(), screen.width());
         EXPECT_LE(window.height(), screen.height());
+    });
+}
+
+TEST_P(Fonts, TheLineBelowTheChartIsWhole) {
+    EXPECT_LE(services::textHeight("Ag"), 20);
+    for (const int height : {256, 541, 560}) {
+        services::resizeWindow(services::mainWindow, 800, height);
+        takeWaitingEvents();
+        app::catchUpWithWindow();
+        app::redraw();
+        const QImage chart = imageWidget()->grab().toImage();
+        const auto inkIn = [&chart](int first, int end) {
+            int ink = 0;
+            for (int y = first; y < end; ++y) {
+                for (int x = 0; x < chart.width(); ++x)
+                    ink += qGray(chart.pixel(x, y)) < 128 ? 1 : 0;
+            }
+            return ink;
+        };
+        const int room = qRound(18 * chart.devicePixelRatio());  // below the frame
+        EXPECT_GT(inkIn(chart.height() - room, chart.height()), 50);
+        EXPECT_EQ(0, inkIn(chart.height() - 1, chart.height())) << "cut off at its foot";
+    }
+}
+
+TEST_P(Fonts, OnlyTheChartIsKeptSmall) {
+    const QFontMetrics metrics(QApplication::font());
+    EXPECT_EQ(metrics.height(), services::controlTextHeight());
+    EXPECT_EQ(metrics.horizontalAdvance(QStringLiteral("Sicherheitskopie")),
+              services::controlTextWidth("Sicherheitskopie"));
+    if (metrics.height() <= 20) {
+        EXPECT_EQ(metrics.height(), services::textHeight("Ag"));
+        EXPECT_EQ(metrics.horizontalAdvance(QStringLiteral("000:00:00")),
+                  services::textWidth("000:00:00"));
+    } else {
+        // As large as it may be.
+        EXPECT_GE(services::textHeight("Ag"), 19);
+        EXPECT_LT(services::textWidth("000:00:00"),
+                  metrics.horizontalAdvance(QStringLiteral("000:00:00")));
+    }
+}
+
+TEST_P(Fonts, TextsToReadAreNeverSmallerThanTheUsersFixedFont) {
+    const int smallest = QFontInfo(QFontDatabase::systemFont(QFontDatabase::FixedFont)).pixelSize();
+    lookAtAll([smallest](QWidget& window) {
+        for (const auto* text : window.findChildren<QPlainTextEdit*>())
+            EXPECT_GE(QFontInfo(text->font()).pixelSize(), smallest);
     });
 }
 
