@@ -62,11 +62,14 @@ struct ListColumn {
     bool rightAligned = false;
     // The column becomes wide enough to show this whole, whatever the font. A column without a
     // sample gives way, to half its width at most, where the list is too narrow for all, and takes
-    // what is left where it is wider.
+    // what is left where it is wider; where that is not enough, the others give way as far as their
+    // samples allow.
     TextView sample = {};
 };
 
-// Rows of cells in a font whose digits are all of one width; sorted by nobody but the caller.
+// Rows of cells, sorted by nobody but the caller, in the user interface's font. Left-aligned
+// figures, those of a column whose sample begins with one, stand below each other in any font:
+// where the user interface's has none of one width, these columns take the fixed font.
 void createList(int window, int control, const Box& box, std::span<const ListColumn> columns,
                 bool severalRows, TextView accessibleName);
 

@@ -7,6 +7,10 @@
 # shellcheck disable=SC2034  # read by the scripts
 build_packages=(cmake ninja-build g++ qt6-base-dev qt6-translations-l10n libgtest-dev python3)
 
+# What tests look at: the font of a desktop whose figures are not all of one width.
+# shellcheck disable=SC2034  # read by the scripts
+test_packages=(fonts-dejavu-core fonts-cantarell)
+
 # What the journeys drive the program with: a display, a window manager, keys and pointer, the
 # accessibility bus, and Python's access to that bus and to pictures.
 # shellcheck disable=SC2034  # read by the scripts

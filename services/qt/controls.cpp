@@ -49,13 +49,13 @@ qt::ListModel* modelOf(const QTreeView& view) {
     return static_cast<qt::ListModel*>(view.model());
 }
 
-// The user interface's font where its figures line up, else the fixed one.
-QFont figuresFont() {
-    const QFont font = QGuiApplication::font();
-    const QFontMetrics metrics(font);
-    for (char digit = '1'; digit <= '9'; ++digit) {
-        if (metrics.horizontalAdvance(QLatin1Char(digit)) !=
-            metrics.horizontalAdvance(QLatin1Char('0'))) {
+Text toText(const QString& string) {
+    const QByteArray bytes = string.toLatin1();
+    return Text(bytes.constData(), static_cast<std::size_t>(bytes.size()));
+}
+
+}  // namespace
+
 int controlTextWidth(TextView text) {
     return QFontMetrics(QGuiApplication::font()).horizontalAdvance(qt::toQString(text));
 }
@@ -63,19 +63,6 @@ int controlTextWidth(TextView text) {
 int controlTextHeight() {
     return QFontMetrics(QGuiApplication::font()).height();
 }
-
-            return QFontDatabase::systemFont(QFontDatabase::FixedFont);
-        }
-    }
-    return font;
-}
-
-Text toText(const QString& string) {
-    const QByteArray bytes = string.toLatin1();
-    return Text(bytes.constData(), static_cast<std::size_t>(bytes.size()));
-}
-
-}  // namespace
 
 void createButton(int window, int control, const Box& box, TextView text, TextView tooltip) {
     qt::ToolkitWindow* found = qt::findWindow(window);
@@ -134,10 +121,8 @@ void createList(int window, int control, const Box& box, std::span<const ListCol
     view->setEditTriggers(QAbstractItemView::NoEditTriggers);
     view->setSelectionMode(severalRows ? QAbstractItemView::ExtendedSelection
                                        : QAbstractItemView::SingleSelection);
-    view->setFont(figuresFont());
     view->setTabKeyNavigation(false);
     view->setAccessibleName(qt::toQString(accessibleName));
-    view->header()->setFont(QGuiApplication::font());
     view->header()->setSectionsMovable(false);
     view->header()->setSectionsClickable(false);
     view->layOutColumns(columns);

@@ -32,6 +32,14 @@ void ListModel::fill(int rows, ListCell newCell) {
     endResetModel();
 }
 
+void ListModel::setFont(int column, const QFont& font) {
+    columns[static_cast<std::size_t>(column)].font = font;
+}
+
+QFont ListModel::fontOf(int column, const QFont& viewFont) const {
+    return columns[static_cast<std::size_t>(column)].font.value_or(viewFont);
+}
+
 int ListModel::rowCount(const QModelIndex& parent) const {
     return parent.isValid() ? 0 : count;
 }
@@ -54,13 +62,15 @@ QVariant ListModel::cellData(const QModelIndex& index, int role) const {
         case Qt::DisplayRole:
             return plainLine(cell(index.row(), index.column()));
         case Qt::ToolTipRole:
-            // The whole of a text that its column cuts; tooltips would take markup in it for their
-            // own.
+            // The whole of a text, for the view that cuts it; tooltips would take markup in it for
+            // their own.
             return QStringLiteral("<p>%1</p>")
                 .arg(plainLine(cell(index.row(), index.column())).toHtmlEscaped());
         case Qt::TextAlignmentRole:
             return QVariant::fromValue(Qt::AlignVCenter |
                                        (column.rightAligned ? Qt::AlignRight : Qt::AlignLeft));
+        case Qt::FontRole:
+            return column.font ? QVariant(*column.font) : QVariant();
         default:
             return {};
     }

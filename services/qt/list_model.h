@@ -3,7 +3,9 @@
 #pragma once
 
 #include <QAbstractTableModel>
+#include <QFont>
 #include <QString>
+#include <optional>
 #include <vector>
 
 #include "services/controls.h"
@@ -16,6 +18,10 @@ class ListModel : public QAbstractTableModel {
 
     void fill(int rows, ListCell newCell);
 
+    // Columns without a font of their own have the view's.
+    void setFont(int column, const QFont& font);
+    QFont fontOf(int column, const QFont& viewFont) const;
+
     int rowCount(const QModelIndex& parent = {}) const override;
     int columnCount(const QModelIndex& parent = {}) const override;
     QVariant data(const QModelIndex& index, int role) const override;
@@ -27,6 +33,7 @@ class ListModel : public QAbstractTableModel {
     struct Column {
         QString title;
         bool rightAligned;
+        std::optional<QFont> font = {};
     };
 
     std::vector<Column> columns;

@@ -205,10 +205,41 @@ TEST_F(Controls, AColumnWithoutASampleGivesWayAndTakesWhatIsLeft) {
     services::placeControl(services::mainWindow, control, {0, 0, 900, 200});
     takeWaitingEvents();
     EXPECT_EQ(view->viewport()->width(), view->header()->length());
-    services::placeControl(services::mainWindow, control, {0, 0, 300, 200});
+    // Half of it, and nothing of the others as long as that is enough.
+    const int frame = 900 - view->viewport()->width();
+    services::placeControl(services::mainWindow, control, {0, 0, 550 + frame, 200});
     takeWaitingEvents();
     EXPECT_EQ(150, view->header()->sectionSize(1));
     EXPECT_EQ(200, view->header()->sectionSize(2));
+}
+
+TEST_F(Controls, ColumnsGiveWayAsFarAsTheirSamplesAllow) {
+    const services::ListColumn columns[] = {{"A", 200, false, "000"},
+                                            {"Training", 300, false},
+                                            {"B", 300, true, "000"},
+                                            {"C", 10, false, "00000000"}};
+    services::createList(services::mainWindow, control, {0, 0, 600, 200}, columns, true, "T");
+    services::fillList(services::mainWindow, control, 1,
+                       [](int, int column) { return Text(column == 3 ? "00000000" : "000"); });
+    show();
+    const QTreeView* view = only<QTreeView>();
+    const QHeaderView& header = *view->header();
+    EXPECT_EQ(150, header.sectionSize(1));
+    EXPECT_EQ(view->viewport()->width(), header.length());  // to the pixel
+    EXPECT_LT(header.sectionSize(0), 200);
+    EXPECT_LT(header.sectionSize(2), 300);
+    EXPECT_GT(300 - header.sectionSize(2), 200 - header.sectionSize(0));  // it has more to spare
+    services::placeControl(services::mainWindow, control, {0, 0, 40, 200});
+    takeWaitingEvents();
+    EXPECT_EQ(150, header.sectionSize(1));
+    for (const int column : {0, 2, 3}) {
+        EXPECT_GE(header.sectionSize(column),
+                  view->sizeHintForIndex(view->model()->index(0, column)).width());
+    }
+    services::placeControl(services::mainWindow, control, {0, 0, 900, 200});
+    takeWaitingEvents();
+    EXPECT_EQ(200, header.sectionSize(0));
+    EXPECT_EQ(300, header.sectionSize(2));
 }
 
 TEST_F(Controls, AListHasNoChosenRowUntilOneIsClicked) {

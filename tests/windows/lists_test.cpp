@@ -1,8 +1,13 @@
 // The model and the view behind a list.
+#include <QFontInfo>
 #include <QHeaderView>
+#include <QHelpEvent>
 #include <QLineEdit>
 #include <QTest>
 #include <QTextDocument>
+#include <QToolTip>
+#include <algorithm>
+#include <cmath>
 
 #include "services/controls.h"
 #include "services/qt/list_model.h"
@@ -133,6 +138,104 @@ TEST_F(Lists, FiguresStandBelowEachOther) {
         EXPECT_EQ(metrics.horizontalAdvance(QLatin1Char('0')),
                   metrics.horizontalAdvance(QLatin1Char(digit)));
     }
+}
+
+// GNOME's font, whose figures differ in width. Where the toolkit can ask a font for figures of one
+// width, it has these.
+class ListsInCantarell : public Lists, public testing::WithParamInterface<int> {
+  protected:
+    void SetUp() override {
+        before = QApplication::font();
+        QFont font(QStringLiteral("Cantarell"));
+        font.setPointSize(GetParam());
+        ASSERT_EQ(QStringLiteral("Cantarell"), QFontInfo(font).family()) << "fonts-cantarell";
+        QApplication::setFont(font);
+        Lists::SetUp();
+    }
+
+    void TearDown() override {
+        Lists::TearDown();
+        QApplication::setFont(before);
+    }
+
+    static QFont fontOf(const QTreeView& view, int column) {
+        const QVariant own = view.model()->index(0, column).data(Qt::FontRole);
+        return own.isValid() ? own.value<QFont>() : view.font();
+    }
+
+    static bool hasFiguresOfOneWidth(const QFont& font) {
+        const QFontMetricsF metrics(font);
+        for (int digit = 1; digit <= 9; ++digit) {
+            if (std::abs(metrics.horizontalAdvance(QString::number(digit)) -
+                         metrics.horizontalAdvance(QStringLiteral("0"))) > 0.01) {
+                return false;
+            }
+        }
+        return true;
+    }
+
+  private:
+    QFont before;
+};
+
+INSTANTIATE_TEST_SUITE_P(OfPoints, ListsInCantarell, testing::Values(10, 11, 13, 16),
+                         [](const auto& size) { return std::to_string(size.param); });
+
+TEST_P(ListsInCantarell, OnlyLeftAlignedFiguresTakeAnotherFont) {
+    const ListColumn columns[] = {{"Datum", 10, false, "00.00.0000"},
+                                  {"Training", 90, false, ""},
+                                  {"km", 10, true, "000.0"},
+                                  {"Name", 10, false, "Sonntag"}};
+    QTreeView* const view = open(columns);
+    services::fillList(services::mainWindow, control, 1, [](int, int) { return Text("4"); });
+    EXPECT_TRUE(hasFiguresOfOneWidth(fontOf(*view, 0)));
+    for (const int column : {1, 2, 3})
+        EXPECT_EQ(QStringLiteral("Cantarell"), fontOf(*view, column).family());
+#if QT_VERSION >= QT_VERSION_CHECK(6, 7, 0)
+    EXPECT_EQ(QStringLiteral("Cantarell"), fontOf(*view, 0).family());
+#endif
+}
+
+TEST_P(ListsInCantarell, TheWidestFiguresFitTheirColumns) {
+    const ListColumn columns[] = {{"D", 1, false, "00.00.0000"}, {"k", 1, true, "000.0"}};
+    for (const char figure : {'0', '1', '4', '8'}) {
+        QTreeView* const view = open(columns, 900);
+        services::fillList(services::mainWindow, control, 1, [figure](int, int column) {
+            Text text = column == 0 ? "00.00.0000" : "000.0";
+            std::replace(text.begin(), text.end(), '0', figure);
+            return text;
+        });
+        for (const int column : {0, 1}) {
+            EXPECT_GE(view->header()->sectionSize(column),
+                      view->sizeHintForIndex(view->model()->index(0, column)).width())
+                << figure << " in column " << column;
+        }
+        services::closeWindow(services::mainWindow);
+    }
+}
+
+TEST_F(Lists, ATooltipIsShownOnlyWhereACellIsCut) {
+    const ListColumn columns[] = {{"Training", 90, false, ""}, {"km", 90, true, "0"}};
+    QTreeView* const view = open(columns, 200);
+    services::fillList(services::mainWindow, control, 2, [](int row, int column) {
+        return Text(row == 0 && column == 0 ? "Eine Fahrt, deren Beschreibung nicht passt"
+                                            : "kurz");
+    });
+    const auto tooltipAt = [view](int row, int column) {
+        QToolTip::hideText();
+        EXPECT_TRUE(QTest::qWaitFor([] { return !QToolTip::isVisible(); }));
+        const QPoint place = view->visualRect(view->model()->index(row, column)).center();
+        QHelpEvent event(QEvent::ToolTip, place, view->viewport()->mapToGlobal(place));
+        QApplication::sendEvent(view->viewport(), &event);
+        return QToolTip::isVisible() ? QToolTip::text() : QString();
+    };
+    EXPECT_EQ(QStringLiteral("<p>Eine Fahrt, deren Beschreibung nicht passt</p>"), tooltipAt(0, 0));
+    EXPECT_EQ(QString(), tooltipAt(0, 1));
+    EXPECT_EQ(QString(), tooltipAt(1, 0));
+    services::placeControl(services::mainWindow, control, {0, 0, 600, 200});
+    takeWaitingEvents();
+    EXPECT_EQ(QString(), tooltipAt(0, 0));
+    QToolTip::hideText();
 }
 
 TEST_F(Lists, TheKeyboardGoesThroughRowsWithArrowsAndLeavesWithTab) {

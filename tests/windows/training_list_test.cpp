@@ -1,5 +1,8 @@
 // The training list as its user works it: keys, clicks and buttons on the real widgets.
+#include <QFontInfo>
+#include <QHeaderView>
 #include <QPushButton>
+#include <QScrollBar>
 #include <QTest>
 #include <QTimer>
 #include <QTreeView>
@@ -206,6 +209,22 @@ TEST_F(TrainingListWindow, SortierenChangesTheOrderAndForgetsTheChoice) {
     open(ListMode::edit, {expectNames({three, two, one, zero}), click(1), press("Sortieren"),
                           expectNames({three, one, two, zero}), click(0), press("Sortieren"),
                           expectNames({three, two, one, zero})});
+}
+
+TEST_F(TrainingListWindow, ShowsEveryColumnWithoutScrollingInTheFontsOfDesktops) {
+    const QFont before = QApplication::font();
+    for (const auto& [family, points] :
+         {std::pair("DejaVu Sans", 10), std::pair("Cantarell", 10), std::pair("Cantarell", 11)}) {
+        SCOPED_TRACE(testing::Message() << family << ' ' << points);
+        QFont font(QLatin1String(family), points);
+        ASSERT_EQ(QLatin1String(family), QFontInfo(font).family());
+        QApplication::setFont(font);
+        open(ListMode::edit, {[] {
+                 EXPECT_EQ(0, list()->horizontalScrollBar()->maximum());
+                 EXPECT_LE(list()->header()->length(), list()->viewport()->width());
+             }});
+    }
+    QApplication::setFont(before);
 }
 
 TEST_F(TrainingListWindow, TabReachesEveryButton) {
