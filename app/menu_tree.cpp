@@ -82,6 +82,12 @@ void addFixedRows(std::vector<MenuRow>& rows, std::span<const FixedRow> fixed) {
         rows.push_back({row.kind, row.number, Text(row.text)});
 }
 
+TextView hintOf(charts::ChartKind kind) {
+    return kind == charts::ChartKind::overview
+               ? "Zuerst im Menü 'Übersicht' den Punkt 'Dateien öffnen' wählen."_l1
+               : "Zuerst im Menü 'Training' den Punkt 'Datei öffnen' wählen."_l1;
+}
+
 void addValueSubmenus(std::vector<MenuRow>& rows, charts::ChartKind kind) {
     // The values that the program derives stand apart from those of the device.
     constexpr int lastDerivedIndex = 2;
@@ -93,7 +99,7 @@ void addValueSubmenus(std::vector<MenuRow>& rows, charts::ChartKind kind) {
                 rows.push_back({row.kind, 0, {}});
             } else {
                 rows.push_back({row.kind, charts::optionItem(value, row.option),
-                                Text(charts::optionText(row.option))});
+                                Text(charts::optionText(row.option)), Text(hintOf(kind))});
             }
         }
         rows.push_back({MenuRowKind::submenuEnd, 0, {}});

@@ -31,6 +31,7 @@ struct MenuRow {
     MenuRowKind kind = MenuRowKind::item;
     int number = 0;  // items only
     Text text;       // titles, submenus and items
+    Text hint = {};  // of an item that may be disabled: what to do first, told while it is
 };
 
 struct MenuItemState {

@@ -13,6 +13,7 @@ QAction* addItem(QMenu& menu, int window, const MenuRow& row) {
     // Without this, some platforms move items whose texts look like preferences or Quit.
     action->setMenuRole(QAction::NoRole);
     action->setCheckable(row.kind == MenuRowKind::checkItem);
+    action->setData(qt::toQString(row.hint));
     const int number = row.number;
     QObject::connect(action, &QAction::triggered, action, [window, number] {
         showItemState(number);  // choosing changes no mark by itself
@@ -53,6 +54,7 @@ void showMenuBar(int window, std::span<const MenuRow> rows) {
                 break;
             case MenuRowKind::submenuStart:
                 menu = title->addMenu(qt::toPlainLabel(row.text));
+                menu->setToolTipsVisible(true);
                 menu->setAccessibleName(qt::toQString(row.text));
                 break;
             case MenuRowKind::submenuEnd:
@@ -85,6 +87,7 @@ void showItemState(int number) {
     if (action.isNull()) return;
     action->setChecked(itemMark(number));
     action->setEnabled(itemEnabled(number));
+    action->setToolTip(itemEnabled(number) ? QString() : action->data().toString());
 }
 
 }  // namespace services

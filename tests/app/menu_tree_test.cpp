@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <map>
 #include <set>
 
 #include "charts/values/value_catalogue.h"
@@ -63,6 +64,18 @@ std::vector<std::string> valueLines(const std::string& name, int value) {
 
 void append(std::vector<std::string>& to, const std::vector<std::string>& from) {
     to.insert(to.end(), from.begin(), from.end());
+}
+
+TEST(MenuTree, ItemsThatMayBeDisabledSayWhichItemEnablesThem) {
+    std::map<int, std::string> hints;
+    for (const MenuRow& row : app::menuRows()) {
+        if (!row.hint.empty()) hints[row.number] = services::latin1ToUtf8(row.hint);
+    }
+    EXPECT_EQ(9U * (20 + 22), hints.size());
+    EXPECT_EQ("Zuerst im Menü 'Übersicht' den Punkt 'Dateien öffnen' wählen.", hints[100]);
+    EXPECT_EQ("Zuerst im Menü 'Training' den Punkt 'Datei öffnen' wählen.", hints[971]);
+    for (const auto& [item, hint] : hints)
+        EXPECT_EQ(hints[item % 100 < 50 ? 100 : 971], hint) << item;
 }
 
 TEST(MenuTree, IsTheWholeTreeFromTopToBottom) {

@@ -1,6 +1,8 @@
+#include <QHelpEvent>
 #include <QMenu>
 #include <QMenuBar>
 #include <QTest>
+#include <QToolTip>
 #include <map>
 #include <string>
 
@@ -201,6 +203,33 @@ TEST_F(MenuBar, MarksAndEnablingAreThoseOfTheItemAlone) {
     services::setItemEnabled(1, true);
     EXPECT_FALSE(items()[1]->isChecked());
     EXPECT_TRUE(items()[0]->isEnabled());
+}
+
+TEST_F(MenuBar, ADisabledItemTellsWhatToDoFirst) {
+    build({{MenuRowKind::title, 0, "A"},
+           {MenuRowKind::submenuStart, 0, "Watt"},
+           {MenuRowKind::checkItem, 1, "x", "Zuerst w\xE4hlen."},
+           {MenuRowKind::item, 2, "y"}});
+    QMenu* const menu =
+        widget()->findChild<QMenuBar*>()->actions()[0]->menu()->actions()[0]->menu();
+    menu->popup(QPoint(50, 50));
+    const auto tooltipOf = [menu](const QAction* item) {
+        QToolTip::hideText();
+        EXPECT_TRUE(QTest::qWaitFor([] { return !QToolTip::isVisible(); }));
+        const QPoint place = menu->actionGeometry(const_cast<QAction*>(item)).center();
+        QHelpEvent event(QEvent::ToolTip, place, menu->mapToGlobal(place));
+        QApplication::sendEvent(menu, &event);
+        return QToolTip::isVisible() ? QToolTip::text() : QString();
+    };
+    EXPECT_EQ(QString(), tooltipOf(items()[0]));
+    services::setItemEnabled(1, false);
+    services::setItemEnabled(2, false);
+    EXPECT_EQ(QStringLiteral("Zuerst wählen."), tooltipOf(items()[0]));
+    EXPECT_EQ(QString(), tooltipOf(items()[1]));
+    services::setItemEnabled(1, true);
+    EXPECT_EQ(QString(), tooltipOf(items()[0]));
+    QToolTip::hideText();
+    menu->close();
 }
 
 TEST_F(MenuBar, TheStateOfAnItemOutlivesItsWindow) {
