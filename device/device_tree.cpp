@@ -23,7 +23,7 @@ TreeLocation locateDeviceTree() {
 
 void chooseDaumDirectory() {
     const services::Path chosen = services::chooseDirectory(
-        "Wähle die SD-Karte bzw. das Daum-Verzeichnis"_l1, state.programDirectory);
+        "Wähle die SD-Karte bzw. das Daum-Verzeichnis"_l1, state.programDirectory, indexPath);
     if (chosen.empty()) return;
 
     const services::Path previous = services::currentDirectory();

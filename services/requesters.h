@@ -14,8 +14,10 @@ void showMessage(TextView title, TextView text);
 // "Ja" and "Nein", with "Nein" as the default; true for "Ja" only. A box closed unanswered is no.
 bool askYesNo(TextView title, TextView text);
 
-// One existing directory, links resolved, with a "/" at its end; empty when cancelled.
-Path chooseDirectory(TextView title, PathView start);
+// One existing directory, links resolved, with a "/" at its end; empty when cancelled. Where
+// exactly one of the mounted drives holds `fileOnDrive`, a path from its root, this drive is
+// preselected.
+Path chooseDirectory(TextView title, PathView start, PathView fileOnDrive = {});
 
 // The path for a file to write, existing or not; empty when cancelled. An empty `directory` is the
 // working directory. `pattern` is like "*.csv". No ending is added to what the user types.

@@ -1,6 +1,7 @@
 #include "services/qt/places.h"
 
 #include <QDir>
+#include <QFileInfo>
 #include <QStorageInfo>
 #include <algorithm>
 #include <array>
@@ -38,25 +39,37 @@ bool mayBeCard(const Volume& volume) {
 
 }  // namespace
 
-QList<QUrl> places(const QString& home, const QList<Volume>& volumes) {
+QStringList drivesAmong(const QList<Volume>& volumes) {
     QStringList drives;
     for (const Volume& volume : volumes) {
         if (mayBeCard(volume)) drives << volume.root;
     }
     drives.removeDuplicates();
     drives.sort();
-    QList<QUrl> result = {QUrl(QStringLiteral("file:")), QUrl::fromLocalFile(home)};
-    for (const QString& drive : drives)
-        result << QUrl::fromLocalFile(drive);
-    return result;
+    return drives;
 }
 
-QList<QUrl> currentPlaces() {
+QStringList currentDrives() {
     QList<Volume> volumes;
     for (const QStorageInfo& mounted : QStorageInfo::mountedVolumes()) {
         if (mounted.isReady()) volumes.push_back({mounted.rootPath(), mounted.fileSystemType()});
     }
-    return places(QDir::homePath(), volumes);
+    return drivesAmong(volumes);
+}
+
+QList<QUrl> places(const QString& home, const QStringList& drives) {
+    QList<QUrl> result;
+    for (const QString& drive : drives)
+        result << QUrl::fromLocalFile(drive);
+    return result << QUrl::fromLocalFile(home) << QUrl(QStringLiteral("file:"));
+}
+
+QString onlyDriveWith(const QString& file, const QStringList& drives) {
+    QStringList found;
+    for (const QString& drive : drives) {
+        if (QFileInfo(QDir(drive).filePath(file)).isFile()) found << drive;
+    }
+    return found.size() == 1 ? found.front() : QString();
 }
 
 }  // namespace services::qt

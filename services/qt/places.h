@@ -5,6 +5,7 @@
 #include <QByteArray>
 #include <QList>
 #include <QString>
+#include <QStringList>
 #include <QUrl>
 
 namespace services::qt {
@@ -14,11 +15,18 @@ struct Volume {
     QByteArray fileSystem;
 };
 
-// All the computer, home, then what is mounted where desktops and people mount cards and sticks,
-// by name and each once. File systems that no card has are left out.
-QList<QUrl> places(const QString& home, const QList<Volume>& volumes);
+// The roots of what is mounted where desktops and people mount cards and sticks, by name and each
+// once. File systems that no card has are left out.
+QStringList drivesAmong(const QList<Volume>& volumes);
 
 // As this computer is now.
-QList<QUrl> currentPlaces();
+QStringList currentDrives();
+
+// The drives first, then home, then all the computer.
+QList<QUrl> places(const QString& home, const QStringList& drives);
+
+// The drive that holds this file, a path from its root; nothing when none does, or several, of
+// which the user must choose.
+QString onlyDriveWith(const QString& file, const QStringList& drives);
 
 }  // namespace services::qt

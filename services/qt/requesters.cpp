@@ -10,6 +10,7 @@
 
 #include "services/disk/directories.h"
 #include "services/disk/endings.h"
+#include "services/qt/file_requester.h"
 #include "services/qt/places.h"
 #include "services/qt/toolkit_state.h"
 
@@ -65,11 +66,14 @@ bool askYesNo(TextView title, TextView text) {
     return show(box) == QMessageBox::Yes;
 }
 
-Path chooseDirectory(TextView title, PathView start) {
+Path chooseDirectory(TextView title, PathView start, PathView fileOnDrive) {
+    qt::DriveIcons icons(qt::currentDrives());
     QFileDialog dialog(qt::requesterOwner(), qt::toQString(title), decode(start));
     dialog.setFileMode(QFileDialog::Directory);
     dialog.setOption(QFileDialog::ShowDirsOnly);
-    dialog.setSidebarUrls(qt::currentPlaces());
+    qt::equipRequester(dialog, icons);
+    if (!fileOnDrive.empty())
+        qt::preselectDrive(dialog, qt::onlyDriveWith(decode(fileOnDrive), icons.drives));
     if (show(dialog) != QDialog::Accepted || dialog.selectedFiles().isEmpty()) return {};
     const QFileInfo chosen(dialog.selectedFiles().constFirst());
     QString resolved = chosen.canonicalFilePath();
@@ -79,13 +83,14 @@ Path chooseDirectory(TextView title, PathView start) {
 }
 
 Path chooseSaveFile(TextView title, PathView directory, TextView name, TextView pattern) {
+    qt::DriveIcons icons(qt::currentDrives());
     // Without a directory the toolkit would start where any requester was last.
     QFileDialog dialog(qt::requesterOwner(), qt::toQString(title),
                        decode(directory.empty() ? currentDirectory() : Path(directory)));
     dialog.setAcceptMode(QFileDialog::AcceptSave);
     dialog.setFileMode(QFileDialog::AnyFile);
     dialog.setNameFilter(qt::toQString(pattern));
-    dialog.setSidebarUrls(qt::currentPlaces());
+    qt::equipRequester(dialog, icons);
     dialog.selectFile(qt::toQString(name));
     if (show(dialog) != QDialog::Accepted || dialog.selectedFiles().isEmpty()) return {};
     return encode(dialog.selectedFiles().constFirst());

@@ -73,6 +73,15 @@ class DirectoryChoice : public device_tests::CardTest {
     std::string root;  // the test's directory with a "/" at its end
 };
 
+TEST_F(DirectoryChoice, OnlyTheCardIsLookedForAmongTheDrives) {
+    answerDaum("");
+    chooseDaumDirectory();
+    answerBackup("/elsewhere/");
+    chooseBackupDirectory();
+    EXPECT_EQ((std::vector<services::Path>{"data/result/ergo_bike/dictionary.2", ""}),
+              stand_ins::world.filesOnDrives);
+}
+
 TEST_F(DirectoryChoice, ADaumDirectoryWithATreeBecomesCurrent) {
     makeCard("CARD/");
     answerDaum(root + "CARD/");

@@ -91,7 +91,8 @@ bool askYesNo(TextView title, TextView text) {
     return expected.yes;
 }
 
-Path chooseDirectory(TextView title, PathView start) {
+Path chooseDirectory(TextView title, PathView start, PathView fileOnDrive) {
+    world.filesOnDrives.emplace_back(fileOnDrive);
     stand_ins::DirectoryAnswer expected;
     if (!stand_ins::takeAnswer(world.directoryAnswers, expected, "a directory requester"))
         return {};
@@ -129,7 +130,6 @@ int textHeight(TextView) {
     return stand_ins::characterHeight;
 }
 
-void drawText(Surface& surface, int x, int y, TextView text, Colour colour) {
 int controlTextWidth(TextView text) {
     return stand_ins::characterWidth * static_cast<int>(text.size());
 }
@@ -138,6 +138,7 @@ int controlTextHeight() {
     return stand_ins::characterHeight;
 }
 
+void drawText(Surface& surface, int x, int y, TextView text, Colour colour) {
     if (world.beforeText) world.beforeText(surface);
     world.texts.push_back({x, y, Text(text), colour});
     if (world.paintText) world.paintText(surface, world.texts.back());

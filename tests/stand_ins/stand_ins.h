@@ -102,6 +102,7 @@ struct World {
     std::function<void(services::TextView title)> beforeMessage;
     std::deque<QuestionAnswer> questionAnswers;
     std::deque<DirectoryAnswer> directoryAnswers;
+    std::vector<services::Path> filesOnDrives;  // what each directory requester looked for
     std::deque<SaveFileAnswer> saveFileAnswers;
     std::deque<ColourAnswer> colourAnswers;
     // What waitEvent gives, in order. `beforeEvent` runs first, with the number of the call counted

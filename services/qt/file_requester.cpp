@@ -1,0 +1,101 @@
+#include "services/qt/file_requester.h"
+
+#include <QDir>
+#include <QFileSystemModel>
+#include <QHeaderView>
+#include <QIdentityProxyModel>
+#include <QLineEdit>
+#include <QListView>
+#include <QLocale>
+#include <QScreen>
+#include <QStyle>
+#include <QTreeView>
+#include <algorithm>
+#include <utility>
+
+#include "services/qt/places.h"
+
+namespace services::qt {
+
+namespace {
+
+// Columns of the toolkit's model of the file system.
+constexpr int nameColumn = 0;
+constexpr int sizeColumn = 1;
+constexpr int typeColumn = 2;
+constexpr int dateColumn = 3;
+
+// The toolkit's model tells dates and sizes by the locale of the environment, which may be none.
+class GermanFiles : public QIdentityProxyModel {
+  public:
+    using QIdentityProxyModel::QIdentityProxyModel;
+
+    QVariant data(const QModelIndex& index, int role) const override {
+        const auto* files = qobject_cast<const QFileSystemModel*>(sourceModel());
+        if (files == nullptr || role != Qt::DisplayRole)
+            return QIdentityProxyModel::data(index, role);
+        const QModelIndex file = mapToSource(index);
+        if (index.column() == dateColumn)
+            return QLocale().toString(files->lastModified(file), QLocale::ShortFormat);
+        if (index.column() == sizeColumn && !files->isDir(file))
+            return QLocale().formattedDataSize(files->size(file));
+        return QIdentityProxyModel::data(index, role);
+    }
+};
+
+// The side bar as wide as its texts, the list as wide as its columns.
+void makeRoom(QFileDialog& dialog, QTreeView& files, QListView& side) {
+    // Icons may come later than the texts.
+    const int icon = side.style()->pixelMetric(QStyle::PM_ListViewIconSize, nullptr, &side);
+    const int needed = side.sizeHintForColumn(0) + icon + 2 * side.frameWidth();
+
+    const QFontMetrics metrics(dialog.font());
+    const int letter = metrics.averageCharWidth();
+    const QSize comfortable(std::max(dialog.width(), needed + 75 * letter),
+                            std::max(dialog.height(), 26 * metrics.height()));
+    dialog.resize(comfortable.boundedTo(dialog.screen()->availableSize() * 9 / 10));
+    side.setMinimumWidth(std::min(needed, dialog.width() / 2));
+
+    QHeaderView& header = *files.header();
+    header.setStretchLastSection(false);
+    header.setSectionResizeMode(QHeaderView::ResizeToContents);
+    header.setSectionResizeMode(nameColumn, QHeaderView::Stretch);
+}
+
+}  // namespace
+
+DriveIcons::DriveIcons(QStringList roots) : drives(std::move(roots)) {}
+
+QIcon DriveIcons::icon(const QFileInfo& file) const {
+    return drives.contains(QDir::cleanPath(file.absoluteFilePath()))
+               ? QFileIconProvider::icon(Drive)
+               : QFileIconProvider::icon(file);
+}
+
+void equipRequester(QFileDialog& dialog, DriveIcons& icons) {
+    auto* const files = dialog.findChild<QTreeView*>(QStringLiteral("treeView"));
+    auto* const side = dialog.findChild<QListView*>(QStringLiteral("sidebar"));
+    if (files == nullptr || side == nullptr) return;
+    dialog.setProxyModel(new GermanFiles(&dialog));
+    if (dialog.testOption(QFileDialog::ShowDirsOnly)) {
+        files->setColumnHidden(sizeColumn, true);
+        files->setColumnHidden(typeColumn, true);
+    }
+    dialog.setIconProvider(&icons);
+    dialog.setSidebarUrls(places(QDir::homePath(), icons.drives));
+    makeRoom(dialog, *files, *side);
+}
+
+void preselectDrive(QFileDialog& dialog, const QString& drive) {
+    auto* const name = dialog.findChild<QLineEdit*>(QStringLiteral("fileNameEdit"));
+    auto* const side = dialog.findChild<QListView*>(QStringLiteral("sidebar"));
+    if (name == nullptr || side == nullptr || drive.isEmpty()) return;
+    name->setText(QDir::toNativeSeparators(drive));
+    name->selectAll();
+    const auto place = static_cast<int>(dialog.sidebarUrls().indexOf(QUrl::fromLocalFile(drive)));
+    // Chosen, not current: a place that becomes current is gone to.
+    side->selectionModel()->select(side->model()->index(place, 0),
+                                   QItemSelectionModel::ClearAndSelect);
+}
+
+}  // namespace services::qt
