@@ -19,8 +19,8 @@ bool askYesNo(TextView title, TextView text);
 // preselected.
 Path chooseDirectory(TextView title, PathView start, PathView fileOnDrive = {});
 
-// The path for a file to write, existing or not; empty when cancelled. An empty `directory` is the
-// working directory. `pattern` is like "*.csv". No ending is added to what the user types.
+// The path for a file to write, existing or not; empty when cancelled. `pattern` is like "*.csv".
+// No ending is added to what the user types. An empty directory stands for the user's documents.
 Path chooseSaveFile(TextView title, PathView directory, TextView name, TextView pattern);
 
 // The chosen colour, or `current` when cancelled.

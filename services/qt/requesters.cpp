@@ -2,13 +2,14 @@
 
 #include <QAbstractButton>
 #include <QColorDialog>
+#include <QDir>
 #include <QFile>
 #include <QFileDialog>
 #include <QFileInfo>
 #include <QMessageBox>
 #include <QPushButton>
+#include <QStandardPaths>
 
-#include "services/disk/directories.h"
 #include "services/disk/endings.h"
 #include "services/qt/file_requester.h"
 #include "services/qt/places.h"
@@ -37,6 +38,12 @@ int show(QDialog& dialog) {
 Path encode(const QString& name) {
     const QByteArray bytes = QFile::encodeName(name);
     return Path(bytes.constData(), static_cast<std::size_t>(bytes.size()));
+}
+
+// Nobody wants a table among the trainings of the card, where the program works.
+QString documentsDirectory() {
+    const QString documents = QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation);
+    return QFileInfo(documents).isDir() ? documents : QDir::homePath();
 }
 
 QString decode(PathView path) {
@@ -85,8 +92,8 @@ Path chooseDirectory(TextView title, PathView start, PathView fileOnDrive) {
 Path chooseSaveFile(TextView title, PathView directory, TextView name, TextView pattern) {
     qt::DriveIcons icons(qt::currentDrives());
     // Without a directory the toolkit would start where any requester was last.
-    QFileDialog dialog(qt::requesterOwner(), qt::toQString(title),
-                       decode(directory.empty() ? currentDirectory() : Path(directory)));
+    const QString start = directory.empty() ? documentsDirectory() : decode(directory);
+    QFileDialog dialog(qt::requesterOwner(), qt::toQString(title), start);
     dialog.setAcceptMode(QFileDialog::AcceptSave);
     dialog.setFileMode(QFileDialog::AnyFile);
     dialog.setNameFilter(qt::toQString(pattern));

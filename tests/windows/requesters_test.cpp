@@ -222,28 +222,43 @@ TEST_F(Requesters, AFileToSaveIsAskedForInItsDirectoryAmongItsKind) {
     EXPECT_EQ(QFileDialog::AcceptSave, mode);
 }
 
-TEST_F(Requesters, WithoutADirectoryAFileToSaveIsAskedForInTheWorkingDirectory) {
-    const QTemporaryDir working;
-    const QTemporaryDir visited;
-    const QString before = QDir::currentPath();
-    ASSERT_TRUE(QDir::setCurrent(working.path()));
+// The directory that the save-file requester begins in for this directory of the program's.
+QString startOfSaving(const services::Path& directory) {
     QString start;
-    const auto cancelElsewhere = [&](QWidget* dialog) {
+    whenOpen([&](QWidget* dialog) {
         auto* const requester = qobject_cast<QFileDialog*>(dialog);
         ASSERT_NE(nullptr, requester);
         start = requester->directory().path();
-        requester->setDirectory(visited.path());
         requester->reject();
-    };
-    // Whether a requester was last cancelled in another directory or chose something there.
-    whenOpen(cancelElsewhere);
-    EXPECT_EQ("", services::chooseSaveFile("Speichern", "", "a.csv", "*.csv"));
-    EXPECT_EQ(QDir(working.path()).canonicalPath(), start);
-    EXPECT_NE("", save(visited));
-    whenOpen(cancelElsewhere);
-    EXPECT_EQ("", services::chooseSaveFile("Speichern", "", "a.csv", "*.csv"));
-    EXPECT_EQ(QDir(working.path()).canonicalPath(), start);
-    QDir::setCurrent(before);
+    });
+    EXPECT_EQ("", services::chooseSaveFile("Speichern", directory, "a.csv", "*.csv"));
+    return start;
+}
+
+TEST_F(Requesters, WithoutADirectoryAFileToSaveIsAskedForAmongTheDocuments) {
+    const QTemporaryDir home;
+    ASSERT_TRUE(home.isValid());
+    ASSERT_TRUE(QDir(home.path()).mkdir(QStringLiteral("Dokumente")));
+    ASSERT_TRUE(QDir(home.path()).mkdir(QStringLiteral("Tabellen")));
+    const QByteArray homeBefore = qgetenv("HOME");
+    const QByteArray configBefore = qgetenv("XDG_CONFIG_HOME");
+    qputenv("HOME", home.path().toUtf8());
+    qputenv("XDG_CONFIG_HOME", home.path().toUtf8());
+    QFile names(home.filePath(QStringLiteral("user-dirs.dirs")));
+    ASSERT_TRUE(names.open(QIODevice::WriteOnly));
+    names.write("XDG_DOCUMENTS_DIR=\"$HOME/Dokumente\"\n");
+    names.close();
+    // Also after another one was looked at: what is remembered is for the program to say.
+    EXPECT_EQ(home.filePath("Dokumente"), startOfSaving(""));
+    EXPECT_EQ(home.filePath("Tabellen"), startOfSaving(home.filePath("Tabellen").toStdString()));
+    EXPECT_EQ(home.filePath("Dokumente"), startOfSaving(""));
+    const QTemporaryDir chosen;
+    EXPECT_NE("", save(chosen));
+    EXPECT_EQ(home.filePath("Dokumente"), startOfSaving(""));
+    ASSERT_TRUE(QDir(home.path()).rmdir(QStringLiteral("Dokumente")));
+    EXPECT_EQ(home.path(), startOfSaving(""));
+    qputenv("HOME", homeBefore);
+    configBefore.isNull() ? qunsetenv("XDG_CONFIG_HOME") : qputenv("XDG_CONFIG_HOME", configBefore);
 }
 
 TEST_F(Requesters, ADirectoryIsAskedForAmongDirectoriesAlone) {
