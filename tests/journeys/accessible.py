@@ -136,6 +136,11 @@ class Node:
     def text(self):
         return self.ask(PREFIX + "Text", "GetText", "(ii)", 0, -1)[0]
 
+    @property
+    def letter_height(self):
+        """The height of its text's first letter on the screen."""
+        return self.ask(PREFIX + "Text", "GetCharacterExtents", "(iu)", 0, 0)[3]
+
     def walk(self):
         """This object and all below it, parents first, but not what lists, tables and menus hold.
         What vanishes meanwhile is left out."""
