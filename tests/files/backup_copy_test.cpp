@@ -449,10 +449,13 @@ TEST_F(BackupCopy, ACancelledChoiceCopiesNothingHoweverOftenItIsCancelled) {
         for (int i = 0; i < 2; ++i) {
             world.directoryAnswers.push_back(
                 {services::Text("Wähle das Verzeichnis der Sicherheitskopie"_l1), "", ""});
+            world.events = {closeEvent(services::reportWindow)};
             copy();
+            EXPECT_EQ(world.events.size(), 1U) << "a report was read";
             EXPECT_EQ(device::state.backupDirectory, before);
         }
     }
+    world.events.clear();
     EXPECT_TRUE(world.windows.empty());
     EXPECT_TRUE(fs::is_empty("data/result/ergo_bike"));
     EXPECT_EQ(tableChanges, 0);
@@ -464,9 +467,12 @@ TEST_F(BackupCopy, AChoiceThatEndsWithTheProgramMakesAndCopiesNothing) {
     device::state.backupDirectory = "";
     world.directoryAnswers.push_back(
         {services::Text("Wähle das Verzeichnis der Sicherheitskopie"_l1), "", ""});
+    world.events = {closeEvent(services::reportWindow)};
     services::askForQuit();
     copy();
     services::forgetQuit();
+    EXPECT_EQ(world.events.size(), 1U) << "a report was read";
+    world.events.clear();
     EXPECT_TRUE(world.windows.empty());
     EXPECT_EQ(namesIn("."), (std::set<std::string>{"dictionary.2", nameOf(1)}));
     EXPECT_EQ(device::state.backupDirectory, "");
