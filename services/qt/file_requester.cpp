@@ -43,12 +43,25 @@ class GermanFiles : public QIdentityProxyModel {
     }
 };
 
+// What its texts take. Rows of the side bar are all as high as the first is when it is measured,
+// which is often before its icon is there: not asked for their sizes, and with icons no higher than
+// a line.
+int neededWidth(QListView& side) {
+    const QStyle& style = *side.style();
+    const int icon = style.pixelMetric(QStyle::PM_SmallIconSize, nullptr, &side);
+    side.setIconSize({icon, icon});
+    int text = 0;
+    for (int row = 0; row < side.model()->rowCount(); ++row) {
+        const QString name = side.model()->index(row, 0).data().toString();
+        text = std::max(text, side.fontMetrics().horizontalAdvance(name));
+    }
+    const int margin = style.pixelMetric(QStyle::PM_FocusFrameHMargin, nullptr, &side) + 1;
+    return text + icon + 6 * margin + 2 * side.frameWidth();
+}
+
 // The side bar as wide as its texts, the list as wide as its columns.
 void makeRoom(QFileDialog& dialog, QTreeView& files, QListView& side) {
-    // Icons may come later than the texts.
-    const int icon = side.style()->pixelMetric(QStyle::PM_ListViewIconSize, nullptr, &side);
-    const int needed = side.sizeHintForColumn(0) + icon + 2 * side.frameWidth();
-
+    const int needed = neededWidth(side);
     const QFontMetrics metrics(dialog.font());
     const int letter = metrics.averageCharWidth();
     const QSize comfortable(std::max(dialog.width(), needed + 75 * letter),
