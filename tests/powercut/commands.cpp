@@ -5,6 +5,7 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <cstdio>
 #include <fstream>
 #include <iterator>
 #include <random>
@@ -75,23 +76,21 @@ std::string randomBytes(unsigned seed, std::size_t length) {
     return bytes;
 }
 
+// A day after the one before it.
+std::string encodeRecord(std::uint64_t number, const std::string& description, std::size_t place) {
+    device::DictionaryRecord record = builders::makeRecord(number);
+    record.description = description;
+    record.startDate = 1'356'998'400 + static_cast<std::int32_t>(place) * 86'400;
+    return std::string(device::encodeDictionaryRecord(record));
+}
+
 void writeIndex(const Command& command, const Places& places) {
-    std::vector<device::DictionaryRecord> records;
-    const auto addRecord = [&](std::uint64_t number, const std::string& description) {
-        device::DictionaryRecord record = builders::makeRecord(number);
-        record.description = description;
-        record.startDate = 1'356'998'400 + static_cast<std::int32_t>(records.size()) * 86'400;
-        records.push_back(record);
-    };
-    for (std::size_t i = 0; i < command.trainings.size(); ++i)
-        addRecord(command.trainings[i].number, descriptionOf(i));
-    for (const std::uint64_t number : command.fileless)
-        addRecord(number, "without a file");
     // Not in the order of their dates, so that a save changes the index.
-    std::reverse(records.begin(), records.end());
     std::string index;
-    for (const device::DictionaryRecord& record : records)
-        index += device::encodeDictionaryRecord(record);
+    for (std::size_t i = command.fileless.size(); i-- > 0;)
+        index += encodeRecord(command.fileless[i], "without a file", command.trainings.size() + i);
+    for (std::size_t i = command.trainings.size(); i-- > 0;)
+        index += recordOf(command, i);
     writeBytes(places.tree() / "dictionary.2", index);
 }
 
@@ -125,14 +124,14 @@ int runUntil(int call, const Command& command, const Places& places) {
     return count;
 }
 
-// Cut off after two thirds, and a piece of a record is behind the others.
+// Cut off after two thirds, with a piece of the record that comes next behind the others.
 void interruptBackup(const Command& command, const Places& places) {
     const int calls = runUntil(-1, command, places);
     fs::remove_all(places.root / "sicherung");
     prepareBackup(command, places);
     runUntil(calls * 2 / 3, command, places);
     std::ofstream(places.backup() / "dictionary.2", std::ios::binary | std::ios::app)
-        << bytesOf(places.tree() / "dictionary.2").substr(0, 70);
+        << recordOf(command, 0).substr(0, 70);
 }
 
 void saveSettings(const Places& places, int width, const char* backup) {
@@ -187,8 +186,18 @@ std::string contentOf(std::size_t place) {
 }
 
 std::string bytesOf(const fs::path& path) {
-    std::ifstream file(path, std::ios::binary);
-    return {std::istreambuf_iterator<char>(file), {}};
+    std::string bytes;
+    std::FILE* const file = std::fopen(path.c_str(), "rb");
+    if (file == nullptr) return bytes;
+    char block[4096];
+    for (std::size_t count = 0; (count = std::fread(block, 1, sizeof block, file)) > 0;)
+        bytes.append(block, count);
+    std::fclose(file);
+    return bytes;
+}
+
+std::string recordOf(const Command& command, std::size_t place) {
+    return encodeRecord(command.trainings[place].number, descriptionOf(place), place);
 }
 
 bool writeBytes(const fs::path& path, const std::string& bytes) {
@@ -224,12 +233,16 @@ void prepare(const Command& command, const Places& places) {
 bool startIn(const fs::path& directory) {
     forgetEverything();
     if (meddling::state.mistake == meddling::Mistake::leftoverDeleted) {
-        for (const fs::path& path : fs::directory_iterator(directory)) {
+        std::error_code error;
+        for (const fs::path& path : fs::directory_iterator(directory, error)) {
             const std::string name = path.filename().string();
-            if (name.find(".kurbelbuch-") != name.npos && !name.ends_with("-neu")) fs::remove(path);
+            if (name.find(".kurbelbuch-") != name.npos && !name.ends_with("-neu"))
+                fs::remove(path, error);
         }
     }
-    fs::current_path(directory);
+    std::error_code error;
+    fs::current_path(directory, error);
+    if (error) return false;
     if (device::locateDeviceTree() != device::TreeLocation::current) return false;
     device::loadDictionary();
     return true;

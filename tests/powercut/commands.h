@@ -47,6 +47,10 @@ std::string nameOf(std::uint64_t number);
 std::string descriptionOf(std::size_t place);  // of the training at this place of the list
 std::string contentOf(std::size_t place);      // no two sectors of all trainings are alike
 
+// The record of that training, with its number on the card at first.
+std::string recordOf(const Command& command, std::size_t place);
+
+// As far as the file can be read.
 std::string bytesOf(const fs::path& path);
 bool writeBytes(const fs::path& path, const std::string& bytes);
 

@@ -8,6 +8,7 @@
 // It answers in lines that begin with "@".
 
 #include <fcntl.h>
+#include <spawn.h>
 #include <sys/mman.h>
 #include <sys/mount.h>
 #include <sys/reboot.h>
@@ -25,6 +26,7 @@
 #include <cstring>
 #include <fstream>
 #include <functional>
+#include <iterator>
 #include <memory>
 #include <sstream>
 
@@ -73,9 +75,26 @@ void require(bool done, const std::string& what) {
     if (!done) giveUp(what);
 }
 
+// Words without blanks of their own; what it says goes nowhere. Spawned, as copying this process
+// takes longer than the program runs.
 bool doesRun(const std::string& line) {
-    const int status = std::system((line + " >/dev/null 2>&1").c_str());
-    return WIFEXITED(status) && WEXITSTATUS(status) == 0;
+    std::istringstream text(line);
+    std::vector<std::string> words{std::istream_iterator<std::string>(text), {}};
+    std::vector<char*> arguments;
+    for (std::string& word : words)
+        arguments.push_back(word.data());
+    arguments.push_back(nullptr);
+    posix_spawn_file_actions_t actions;
+    posix_spawn_file_actions_init(&actions);
+    posix_spawn_file_actions_addopen(&actions, 1, "/dev/null", O_WRONLY, 0);
+    posix_spawn_file_actions_adddup2(&actions, 1, 2);
+    pid_t child = 0;
+    const int error =
+        posix_spawnp(&child, arguments[0], &actions, nullptr, arguments.data(), environ);
+    posix_spawn_file_actions_destroy(&actions);
+    int status = 0;
+    return error == 0 && waitpid(child, &status, 0) == child && WIFEXITED(status) &&
+           WEXITSTATUS(status) == 0;
 }
 
 void loadModules() {
@@ -161,7 +180,11 @@ std::string textOfChild(const std::function<void(std::FILE*)>& work) {
         std::FILE* const out = fdopen(ends[1], "w");
         require(setgid(rider) == 0 && setuid(rider) == 0, "a rider");
         alarm(secondsForOneState);
-        work(out);
+        try {
+            work(out);
+        } catch (const std::exception& error) {
+            std::fprintf(out, "L %s\n", error.what());
+        }
         std::fclose(out);
         _exit(0);
     }
@@ -196,9 +219,8 @@ void record(const FileSystem& system, const Command& command, bool pauses,
     writeBytes(directory / "base.img", std::string(base.memory.get(), base.size));
 
     const std::string sectors = std::to_string(base.size / sectorSize);
-    require(doesRun("dmsetup create recorded --noudevsync --table '0 " + sectors + " log-writes " +
-                    disk + " " + log + "'"),
-            "recording");
+    writeBytes("/mnt/table", "0 " + sectors + " log-writes " + disk + " " + log + "\n");
+    require(doesRun("dmsetup create recorded --noudevsync /mnt/table"), "recording");
     // At a pace at which the system writes back whatever it likes between two calls, or only what
     // it is told to.
     writeSetting("dirty_expire_centisecs", pauses ? "1" : "3000");
@@ -337,6 +359,12 @@ Findings readFindings(const std::string& text) {
     return findings;
 }
 
+// As Linux makes a file system whose mistakes it comes across.
+bool isReadOnly(const fs::path& root) {
+    struct statvfs status = {};
+    return statvfs(root.c_str(), &status) == 0 && (status.f_flag & ST_RDONLY) != 0;
+}
+
 // The program starts twice, does the command again, and starts twice again after the card was in
 // another slot.
 Findings tryCard(const FileSystem& system, const Command& command, const Recording& recording,
@@ -351,12 +379,8 @@ Findings tryCard(const FileSystem& system, const Command& command, const Recordi
         printJudgement(
             out, judge(command, places, recording.outcome, moment, named, startsOnBackup), "");
         std::fflush(out);
-        struct statvfs status = {};
-        if (statvfs(places.root.c_str(), &status) == 0 && (status.f_flag & ST_RDONLY) != 0) {
-            std::fprintf(out, "R\n");
-            return;
-        }
-        run(command, places);
+        if (!isReadOnly(places.root)) run(command, places);
+        if (isReadOnly(places.root)) std::fprintf(out, "R\n");
     }));
     unmountCard();
     const auto judgeDisk = [&] {

@@ -24,16 +24,17 @@ import recording as recordings
 
 KERNEL = "linux.uml"
 MEGABYTE = 1 << 20
-# Small disks, as each state writes the whole disk. FAT16 is what has at least 4085 clusters; of FAT32
-# Linux asks for no number.
+# Small disks, as each state writes the whole disk: megabytes, the sectors that a cut does not tear, and
+# what makes the file system. FAT16 is what has at least 4085 clusters; of FAT32 Linux asks for no
+# number. Cards write 512 bytes at least, what has ext4 on it 4096.
 FILE_SYSTEMS = {
-    "fat16": (5, ["mkfs.vfat", "-F", "16", "-s", "2", "-n", "KARTE"]),
-    "fat32": (4, ["mkfs.vfat", "-F", "32", "-s", "1", "-n", "KARTE"]),
-    "ext4": (8, ["mke2fs", "-q", "-F", "-t", "ext4", "-b", "1024", "-N", "64", "-E",
-                 "root_owner=1000:1000,lazy_itable_init=0,lazy_journal_init=0"]),
-    "ext4-no-journal": (4, ["mke2fs", "-q", "-F", "-t", "ext4", "-b", "1024", "-N", "64",
-                            "-O", "^has_journal", "-E",
-                            "root_owner=1000:1000,lazy_itable_init=0"]),
+    "fat16": (5, 512, ["mkfs.vfat", "-F", "16", "-s", "2", "-n", "KARTE"]),
+    "fat32": (4, 512, ["mkfs.vfat", "-F", "32", "-s", "1", "-n", "KARTE"]),
+    "ext4": (9, 4096, ["mke2fs", "-q", "-F", "-t", "ext4", "-b", "4096", "-N", "64", "-E",
+                       "root_owner=1000:1000,lazy_itable_init=0,lazy_journal_init=0"]),
+    "ext4-no-journal": (4, 4096, ["mke2fs", "-q", "-F", "-t", "ext4", "-b", "4096", "-N", "64",
+                                  "-O", "^has_journal", "-E",
+                                  "root_owner=1000:1000,lazy_itable_init=0"]),
 }
 PACES = ("quick", "slow")
 HOWS = ("as-is", "checked")
@@ -167,7 +168,7 @@ def can_run():
 
 def make_disks(options):
     for system in options.file_systems:
-        megabytes, command = FILE_SYSTEMS[system]
+        megabytes, _unit, command = FILE_SYSTEMS[system]
         image = options.work / f"{system}.img"
         with open(image, "wb") as file:
             file.truncate(megabytes * MEGABYTE)
@@ -191,7 +192,8 @@ def record(options):
     states = {}
     for name in names:
         directory = directory_of(options, *name)
-        recording = recordings.Recording((directory / "log").read_bytes())
+        recording = recordings.Recording((directory / "log").read_bytes(),
+                                         FILE_SYSTEMS[name[0]][1])
         (directory / "log").unlink()
         (directory / "sectors").write_bytes(recording.bytes_of_sectors())
         found = recordings.states_of(recording, options.limit, options.seed)

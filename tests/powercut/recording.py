@@ -2,7 +2,8 @@
 
 The log is that of the kernel's dm-log-writes: every write in the order in which it was completed, and
 every flush behind all that it covers. A write that no flush covers yet may have reached the disk or
-not, whatever became of those before and behind it; of several sectors any may have arrived.
+not, whatever became of those before and behind it; of several sectors any may have arrived. What is
+written past the disk's cache is there at once.
 """
 
 import itertools
@@ -10,15 +11,16 @@ import random
 import struct
 
 SECTOR = 512
-FLUSH, DISCARD, MARK = 1, 4, 8
+FLUSH, PAST_CACHE, DISCARD, MARK = 1, 2, 4, 8
 
 
 class Recording:
     """`sectors` is what was written, sector by sector: (number, content). `epochs` are the spans
-    between two flushes, each a list of writes, each a range of indexes of `sectors`. From the epoch
-    of `finished` on, the command had told that it was done."""
+    between two flushes, each a list of writes, each a list of pieces that arrive as a whole, each a
+    range of indexes of `sectors`; a piece ends where the disk's own sectors of `unit` bytes do. From
+    the epoch of `finished` on, the command had told that it was done."""
 
-    def __init__(self, log):
+    def __init__(self, log, unit=SECTOR):
         magic, _version, entries, size = struct.unpack_from("<QQQI", log)
         if magic != 0x6A736677736872 or size != SECTOR:
             raise ValueError("not a log of writes")
@@ -35,11 +37,16 @@ class Recording:
             if flags & FLUSH:
                 self.epochs.append([])
             if count and not flags & DISCARD:
-                first = len(self.sectors)
+                pieces = []
                 for i in range(count):
+                    if not pieces or (sector + i) * SECTOR % unit == 0:
+                        pieces.append([])
+                    pieces[-1].append(len(self.sectors))
                     self.sectors.append((sector + i, log[at:at + SECTOR]))
                     at += SECTOR
-                self.epochs[-1].append(range(first, first + count))
+                self.epochs[-1].append(pieces)
+            if flags & PAST_CACHE:
+                self.epochs.append([])
         if self.finished is None:
             raise ValueError("the command did not come to its end")
 
@@ -51,30 +58,30 @@ class Recording:
 
 
 def subsets_of(writes, limit, chance):
-    """Lists of sectors of these writes that may have arrived: all while they are few, else those of
+    """Lists of pieces of these writes that may have arrived: all while they are few, else those of
     each prefix, of each write that is missing or alone, and random ones."""
-    sectors = [index for write in writes for index in write]
-    if 2 ** len(sectors) <= limit:
-        for count in range(len(sectors) + 1):
-            yield from map(list, itertools.combinations(sectors, count))
+    pieces = [piece for write in writes for piece in write]
+    if 2 ** len(pieces) <= limit:
+        for count in range(len(pieces) + 1):
+            yield from itertools.combinations(pieces, count)
         return
-    for count in range(len(sectors) + 1):
-        yield sectors[:count]
+    for count in range(len(pieces) + 1):
+        yield pieces[:count]
     if 2 ** len(writes) <= limit:
         for arrived in itertools.product([False, True], repeat=len(writes)):
-            yield [index for write, there in zip(writes, arrived) if there for index in write]
+            yield [piece for write, there in zip(writes, arrived) if there for piece in write]
     else:
         for some in writes:
-            yield list(some)
-            yield [index for write in writes if write is not some for index in write]
+            yield some
+            yield [piece for write in writes if write is not some for piece in write]
         for _ in range(limit // 2):
             end = chance.randint(1, len(writes))
             part = chance.random()
-            yield [index for write in writes[:end] if chance.random() < part for index in write]
+            yield [piece for write in writes[:end] if chance.random() < part for piece in write]
     for _ in range(limit // 2):
-        end = chance.randint(1, len(sectors))
+        end = chance.randint(1, len(pieces))
         part = chance.random()
-        yield [index for index in sectors[:end] if chance.random() < part]
+        yield [piece for piece in pieces[:end] if chance.random() < part]
 
 
 def states_of(recording, limit, seed):
@@ -86,10 +93,11 @@ def states_of(recording, limit, seed):
     flushed = 0
     for number, writes in enumerate(recording.epochs):
         for arrived in subsets_of(writes, limit, chance):
+            indexes = [index for piece in arrived for index in piece]
             changed = dict(base)
-            changed.update(recording.sectors[index] for index in arrived)
+            changed.update(recording.sectors[index] for index in indexes)
             key = hash(frozenset(changed.items()))
-            prefix, rest = flushed, list(arrived)
+            prefix, rest = flushed, indexes
             while rest and rest[0] == prefix:
                 prefix += 1
                 rest.pop(0)
@@ -98,7 +106,7 @@ def states_of(recording, limit, seed):
             # Of what may be there before the message and after it, what holds after it must hold.
             if key not in contents or finished:
                 contents[key] = (contents.get(key, (name,))[0], finished)
-        for write in writes:
-            base.update(recording.sectors[index] for index in write)
-            flushed = write.stop
+        for index in (index for write in writes for piece in write for index in piece):
+            base.update([recording.sectors[index]])
+            flushed = index + 1
     return list(contents.values())
