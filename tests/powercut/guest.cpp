@@ -365,73 +365,180 @@ bool isReadOnly(const fs::path& root) {
     return statvfs(root.c_str(), &status) == 0 && (status.f_flag & ST_RDONLY) != 0;
 }
 
-// The program starts twice, does the command again, and starts twice again after the card was in
-// another slot.
-Findings tryCard(const FileSystem& system, const Command& command, const Recording& recording,
-                 const State& state, bool startsOnBackup, Image& image) {
-    const Places places = {cardDirectory};
-    const Moment moment = state.isFinished ? Moment::finished : Moment::interrupted;
-    if (!mountCard(system, disk)) return {.losses = {"it can't be mounted"}};
-    Findings findings = readFindings(textOfChild([&](std::FILE* out) {
-        const std::set<std::size_t> named = placesWithAName(command, places);
-        for (const std::size_t place : named)
-            std::fprintf(out, "W %zu\n", place);
-        printJudgement(
-            out, judge(command, places, recording.outcome, moment, named, startsOnBackup), "");
-        std::fflush(out);
-        if (!isReadOnly(places.root)) run(command, places);
-        if (isReadOnly(places.root)) std::fprintf(out, "R\n");
-    }));
-    unmountCard();
-    const auto judgeDisk = [&] {
-        readDisk(image);
-        for (const std::size_t place : findings.nameless) {
-            if (!isOnDisk(image, place))
-                findings.losses.push_back(descriptionOf(place) + " is written over");
-        }
-    };
-    if (!findings.nameless.empty()) judgeDisk();
-    if (findings.isReadOnly || !findings.losses.empty()) return findings;
+// A process of the rider's that answers one question after the other. Each state in a process of
+// its own would take longer to make that process than to do the work.
+class Worker {
+  public:
+    using Answer = std::function<void(const std::string& question, std::FILE* out)>;
 
-    require(mountCard(system, disk), "mounting again");
-    Findings later = readFindings(textOfChild([&](std::FILE* out) {
-        printJudgement(out,
-                       judge(command, places, recording.outcome, Moment::repeated, findings.named,
-                             startsOnBackup),
-                       " (done again)");
-    }));
-    unmountCard();
-    findings.losses = later.losses;
-    if (!findings.nameless.empty()) judgeDisk();
+    explicit Worker(Answer answerOfQuestion) : answer(std::move(answerOfQuestion)) {}
+    Worker(const Worker&) = delete;
+    Worker& operator=(const Worker&) = delete;
+    ~Worker() { end(); }
+
+    std::string ask(const std::string& question) {
+        if (process < 0) begin();
+        std::fprintf(questions, "%s\n", question.c_str());
+        std::fflush(questions);
+        std::string text;
+        std::array<char, 4096> line = {};
+        while (std::fgets(line.data(), line.size(), answers) != nullptr) {
+            if (std::string_view(line.data()) == endOfAnswer) return text;
+            text += line.data();
+        }
+        return text + "L the program came to a bad end (" + std::to_string(end()) + ")\n";
+    }
+
+    int end() {
+        if (process < 0) return 0;
+        std::fclose(questions);
+        std::fclose(answers);
+        int status = 0;
+        waitpid(process, &status, 0);
+        process = -1;
+        return status;
+    }
+
+  private:
+    static constexpr std::string_view endOfAnswer = ".\n";
+
+    void begin() {
+        int asked[2] = {};
+        int answered[2] = {};
+        require(pipe(asked) == 0 && pipe(answered) == 0, "pipes");
+        std::fflush(stdout);
+        process = fork();
+        require(process >= 0, "a process");
+        close(process == 0 ? asked[1] : asked[0]);
+        close(process == 0 ? answered[0] : answered[1]);
+        questions = fdopen(process == 0 ? asked[0] : asked[1], process == 0 ? "r" : "w");
+        answers = fdopen(process == 0 ? answered[1] : answered[0], process == 0 ? "w" : "r");
+        if (process != 0) return;
+        require(setgid(rider) == 0 && setuid(rider) == 0, "a rider");
+        std::array<char, 4096> line = {};
+        while (std::fgets(line.data(), line.size(), questions) != nullptr) {
+            alarm(secondsForOneState);
+            try {
+                answer(line.data(), answers);
+            } catch (const std::exception& error) {
+                std::fprintf(answers, "L %s\n", error.what());
+            }
+            alarm(0);
+            // Not in the way of unmounting.
+            require(chdir("/") == 0, "leaving the card");
+            std::fputs(endOfAnswer.data(), answers);
+            std::fflush(answers);
+        }
+        _exit(0);
+    }
+
+    Answer answer;
+    pid_t process = -1;
+    std::FILE* questions = nullptr;
+    std::FILE* answers = nullptr;
+};
+
+struct Trial {
+    const FileSystem& system;
+    const Command& command;
+    const Recording& recording;
+    Image& image;
+};
+
+constexpr std::string_view firstVisit = "first";
+constexpr std::string_view secondVisit = "second";
+
+std::string questionOf(std::string_view visit, Moment moment, bool startsOnBackup,
+                       const std::set<std::size_t>& named) {
+    std::ostringstream question;
+    question << visit << ' ' << static_cast<int>(moment) << ' ' << startsOnBackup;
+    for (const std::size_t place : named)
+        question << ' ' << place;
+    return question.str();
+}
+
+// At the first visit the program starts twice and does the command again, at the second it starts
+// twice.
+void visitCard(const Trial& trial, const std::string& question, std::FILE* out) {
+    const Places places = {cardDirectory};
+    std::istringstream words(question);
+    std::string visit;
+    int moment = 0;
+    bool startsOnBackup = false;
+    words >> visit >> moment >> startsOnBackup;
+    std::set<std::size_t> named{std::istream_iterator<std::size_t>(words), {}};
+    if (visit == firstVisit) named = placesWithAName(trial.command, places);
+    for (const std::size_t place : named)
+        std::fprintf(out, "W %zu\n", place);
+    printJudgement(out,
+                   judge(trial.command, places, trial.recording.outcome,
+                         static_cast<Moment>(moment), named, startsOnBackup),
+                   visit == firstVisit ? "" : " (done again)");
+    std::fflush(out);
+    if (visit == firstVisit && !isReadOnly(places.root)) run(trial.command, places);
+    if (isReadOnly(places.root)) std::fprintf(out, "R\n");
+}
+
+void judgeNameless(Findings& findings, Image& image) {
+    if (findings.nameless.empty()) return;
+    readDisk(image);
+    for (const std::size_t place : findings.nameless) {
+        if (!isOnDisk(image, place))
+            findings.losses.push_back(descriptionOf(place) + " is written over");
+    }
+}
+
+Findings visit(const Trial& trial, Worker& worker, const std::string& question) {
+    if (!mountCard(trial.system, disk)) return {.losses = {"it can't be mounted"}};
+    Findings findings = readFindings(worker.ask(question));
+    if (umount(cardDirectory.c_str()) != 0) {
+        // The program has left something open.
+        worker.end();
+        unmountCard();
+    }
+    judgeNameless(findings, trial.image);
     return findings;
 }
 
-void tryState(const FileSystem& system, const Command& command, const Recording& recording,
-              const State& state, bool isChecked, bool startsOnBackup, Image& image,
-              const std::string& name) {
-    makeState(image, recording, state);
-    if (isChecked) static_cast<void>(doesRun(std::string(system.check) + " " + disk));
-    const Findings findings = tryCard(system, command, recording, state, startsOnBackup, image);
-    std::string verdict = "whole";
-    if (!findings.nameless.empty()) verdict = "kept";
-    if (!findings.losses.empty()) verdict = "lost " + findings.losses.front();
-    std::printf("@state %s %s %s %s %s\n", name.c_str(), state.name.c_str(),
-                state.isFinished ? "finished" : "interrupted", isChecked ? "checked" : "as-is",
-                verdict.c_str());
-    std::fflush(stdout);
+// The second visit is after the card was in another slot.
+Findings tryCard(const Trial& trial, Worker& worker, bool isFinished, bool startsOnBackup) {
+    const Moment moment = isFinished ? Moment::finished : Moment::interrupted;
+    Findings first = visit(trial, worker, questionOf(firstVisit, moment, startsOnBackup, {}));
+    if (first.isReadOnly || !first.losses.empty()) return first;
+    Findings second = visit(trial, worker,
+                            questionOf(secondVisit, Moment::repeated, startsOnBackup, first.named));
+    second.nameless.insert(first.nameless.begin(), first.nameless.end());
+    return second;
+}
+
+std::string verdictOf(const Findings& findings) {
+    if (findings.losses.empty()) return findings.nameless.empty() ? "whole" : "kept";
+    std::string verdict = "lost";
+    for (const std::string& loss : findings.losses)
+        verdict += (verdict == "lost" ? " " : "; ") + loss;
+    return verdict;
 }
 
 void tryStates(const FileSystem& system, const Command& command, const fs::path& directory,
                const std::string& name, std::size_t from, std::size_t to, const std::string& how) {
     const Recording recording = readRecording(directory);
     Image image(recording.base.size);
+    const Trial trial = {system, command, recording, image};
+    Worker worker(
+        [&](const std::string& question, std::FILE* out) { visitCard(trial, question, out); });
     std::ifstream states(directory / "states");
     State state;
     for (std::size_t i = 0; i < to && states >> state.name >> state.isFinished; ++i) {
         if (i < from) continue;
         for (const bool isChecked : {false, true}) {
             if (how != "both" && (how == "checked") != isChecked) continue;
-            tryState(system, command, recording, state, isChecked, i % 2 == 1, image, name);
+            makeState(image, recording, state);
+            if (isChecked) static_cast<void>(doesRun(std::string(system.check) + " " + disk));
+            const Findings findings = tryCard(trial, worker, state.isFinished, i % 2 == 1);
+            std::printf("@state %s %s %s %s %s\n", name.c_str(), state.name.c_str(),
+                        state.isFinished ? "finished" : "interrupted",
+                        isChecked ? "checked" : "as-is", verdictOf(findings).c_str());
+            std::fflush(stdout);
         }
     }
 }

@@ -226,7 +226,7 @@ class Results:
     def total(self, what):
         return sum(counts[what] for counts in self.counts.values())
 
-    def print(self, shown):
+    def print(self, shown, every=False):
         row = "{:<20} {:<16} {:>7} {:>9} {:>7} {:>7} {:>6} {:>9}"
         print("\n" + row.format("command", "file system", "tried", "finished", "whole", "kept",
                                 "lost", "finished"))
@@ -236,6 +236,9 @@ class Results:
         print(row.format("together", "", *map(self.total, (
             "tried", "finished", "whole", "kept", "lost", "lost finished"))))
         for (command, system), losses in self.losses.items():
+            # By what comes first; the rest follows from it more often than not.
+            if not every:
+                losses = [(*loss, why.split(";")[0]) for *loss, why in losses]
             reasons = collections.Counter(
                 (moment, why) for _length, moment, _replay, why in losses)
             print(f"\n{command} on {system}:")
@@ -284,7 +287,7 @@ def replay(options, line):
         raise SystemExit(f"no state {state} in {directory}")
     results = Results()
     run_guests(options, [f"try {system} {command} {pace} {place} {place + 1} {how}"], results.add)
-    results.print(options.shown)
+    results.print(options.shown, every=True)
     return results.total("lost")
 
 
