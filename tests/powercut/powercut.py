@@ -12,6 +12,7 @@ import collections
 import ctypes
 import os
 import pathlib
+import random
 import shutil
 import struct
 import subprocess
@@ -24,20 +25,32 @@ import recording as recordings
 
 KERNEL = "linux.uml"
 MEGABYTE = 1 << 20
-# Small disks, as each state writes the whole disk: megabytes, the sectors that a cut does not tear, and
-# what makes the file system. FAT16 is what has at least 4085 clusters; of FAT32 Linux asks for no
-# number. Cards write 512 bytes at least, what has ext4 on it 4096.
+FileSystem = collections.namedtuple("FileSystem", "megabytes unit at_most make")
+EXT4 = ["mke2fs", "-q", "-F", "-t", "ext4", "-b", "4096", "-N", "64", "-E",
+        "root_owner=1000:1000,lazy_itable_init=0,lazy_journal_init=0"]
+# Small disks, as each state writes the whole disk. FAT16 is what has at least 4085 clusters; of FAT32
+# Linux asks for no number. A cut tears nothing within `unit` bytes: cards write 512 at least, what has
+# ext4 on it 4096. Without --at-most so many states of each recording are tried.
 FILE_SYSTEMS = {
-    "fat16": (5, 512, ["mkfs.vfat", "-F", "16", "-s", "2", "-n", "KARTE"]),
-    "fat32": (4, 512, ["mkfs.vfat", "-F", "32", "-s", "1", "-n", "KARTE"]),
-    "ext4": (9, 4096, ["mke2fs", "-q", "-F", "-t", "ext4", "-b", "4096", "-N", "64", "-E",
-                       "root_owner=1000:1000,lazy_itable_init=0,lazy_journal_init=0"]),
-    "ext4-no-journal": (4, 4096, ["mke2fs", "-q", "-F", "-t", "ext4", "-b", "4096", "-N", "64",
-                                  "-O", "^has_journal", "-E",
-                                  "root_owner=1000:1000,lazy_itable_init=0"]),
+    "fat16": FileSystem(5, 512, None, ["mkfs.vfat", "-F", "16", "-s", "2", "-n", "KARTE"]),
+    "fat32": FileSystem(4, 512, None, ["mkfs.vfat", "-F", "32", "-s", "1", "-n", "KARTE"]),
+    "ext4": FileSystem(9, 4096, 100, EXT4),
+    "ext4-no-journal": FileSystem(4, 4096, 100, [*EXT4, "-O", "^has_journal"]),
 }
 PACES = ("quick", "slow")
 HOWS = ("as-is", "checked")
+# Mistakes put in on purpose, and where each must show (meddling.h).
+MISTAKES = (
+    ("no-flush", "settings-over", "ext4"),
+    ("no-flush", "renumber-gaps", "fat32"),
+    ("no-flush-after-rename", "settings-over", "fat16"),
+    ("no-flush-after-rename", "backup-new", "fat32"),
+    ("no-directory-flush", "settings-over", "ext4"),
+    ("index-in-place", "delete-some", "fat16"),
+    ("index-in-place", "renumber-crossed", "fat32"),
+    ("leftover-deleted", "backup-new", "fat16"),
+    ("leftover-deleted", "backup-interrupted", "fat32"),
+)
 # The guest's kernel does not keep the wide registers of its processes.
 NARROW = ("glibc.cpu.hwcaps=-AVX,-AVX2,-AVX_Fast_Unaligned_Load,-AVX512F,-AVX512VL,-AVX512BW,"
           "-XSAVEC")
@@ -168,11 +181,13 @@ def can_run():
 
 def make_disks(options):
     for system in options.file_systems:
-        megabytes, _unit, command = FILE_SYSTEMS[system]
         image = options.work / f"{system}.img"
         with open(image, "wb") as file:
-            file.truncate(megabytes * MEGABYTE)
-        subprocess.run([*command, image], check=True, stdout=subprocess.DEVNULL)
+            file.truncate(FILE_SYSTEMS[system].megabytes * MEGABYTE)
+        made = subprocess.run([*FILE_SYSTEMS[system].make, image], stdout=subprocess.PIPE,
+                              stderr=subprocess.STDOUT, text=True)
+        if made.returncode != 0:
+            raise SystemExit(made.stdout)
 
 
 def directory_of(options, system, command, pace):
@@ -193,15 +208,19 @@ def record(options):
     for name in names:
         directory = directory_of(options, *name)
         recording = recordings.Recording((directory / "log").read_bytes(),
-                                         FILE_SYSTEMS[name[0]][1])
+                                         FILE_SYSTEMS[name[0]].unit)
         (directory / "log").unlink()
         (directory / "sectors").write_bytes(recording.bytes_of_sectors())
         found = recordings.states_of(recording, options.limit, options.seed)
+        at_most = options.at_most or FILE_SYSTEMS[name[0]].at_most
+        if at_most and len(found) > at_most:
+            found = random.Random(options.seed).sample(found, at_most)
         (directory / "states").write_text(
             "".join(f"{state} {int(finished)}\n" for state, finished in found))
         states[name] = found
-        print(f"recorded {' '.join(name)}: {len(recording.sectors)} sectors,"
-              f" {recording.flushes()} flushes, {len(found)} states", flush=True)
+        if not options.short:
+            print(f"recorded {' '.join(name)}: {len(recording.sectors)} sectors,"
+                  f" {recording.flushes()} flushes, {len(found)} states", flush=True)
     return states
 
 
@@ -291,6 +310,20 @@ def replay(options, line):
     return results.total("lost")
 
 
+def try_mistakes(options):
+    """Whether each mistake loses something where the program as it is loses nothing."""
+    uncaught = []
+    for mistake, command, system in MISTAKES:
+        options.commands, options.file_systems = [command], [system]
+        for options.mistake in ("none", mistake):
+            print(f"\n{command} on {system}, mistake: {options.mistake}", flush=True)
+            lost = try_states(options, record(options))
+            if bool(lost) == (options.mistake == "none"):
+                uncaught.append(f"{options.mistake} ({command} on {system})")
+    print("\nnot as it must be: " + ", ".join(uncaught) if uncaught else "\nall mistakes are caught")
+    return len(uncaught)
+
+
 def parse(arguments):
     parser = argparse.ArgumentParser(description=__doc__,
                                      formatter_class=argparse.RawDescriptionHelpFormatter)
@@ -300,14 +333,20 @@ def parse(arguments):
     parser.add_argument("--file-systems", default=",".join(FILE_SYSTEMS))
     parser.add_argument("--paces", default=",".join(PACES))
     parser.add_argument("--how", choices=("both", *HOWS), default="both")
-    parser.add_argument("--limit", type=int, default=64, help="about so many states of each epoch")
+    parser.add_argument("--limit", type=int, default=128,
+                        help="about so many states of each span between two flushes")
+    parser.add_argument("--at-most", type=int, metavar="STATES", help="of each recording")
     parser.add_argument("--seed", type=int, default=1)
     parser.add_argument("--guests", type=int, default=os.cpu_count())
-    parser.add_argument("--mistake", default="none", help="put in on purpose, see meddling.cpp")
+    parser.add_argument("--mistake", default="none", help="put in on purpose: see meddling.cpp")
+    parser.add_argument("--mistakes", action="store_true", help="each must be caught")
     parser.add_argument("--shown", type=int, default=3, help="reasons told of each command")
     parser.add_argument("--replay", metavar="STATE", help="one state again, as a failure names it")
-    parser.add_argument("--if-possible", action="store_true", help="no failure where it can't run")
+    parser.add_argument("--short", action="store_true",
+                        help="a few states of each command; no failure where nothing can run")
     options = parser.parse_args(arguments)
+    if options.short:
+        options.file_systems, options.paces, options.at_most = "fat16,fat32", "quick", 20
     options.guest, options.work = options.guest.resolve(), options.work.resolve()
     known = subprocess.run([options.guest, "--commands"], check=True, text=True,
                            stdout=subprocess.PIPE).stdout.split()
@@ -327,10 +366,12 @@ def main(arguments):
     reason = can_run()
     if reason:
         print(f"power cuts are not tried: {reason}")
-        return 0 if options.if_possible else 1
+        return 0 if options.short else 1
     options.work.mkdir(parents=True, exist_ok=True)
     if options.replay:
         return 1 if replay(options, options.replay) else 0
+    if options.mistakes:
+        return 1 if try_mistakes(options) else 0
     return 1 if try_states(options, record(options)) else 0
 
 
