@@ -66,7 +66,9 @@ TEST(DemoPlan, NoTrainingIsYetToCome) {
         EXPECT_LE(end, now);
         EXPECT_EQ(services::dayText(end), "13.03.2026");
         EXPECT_GT(trainings[4].startDate, trainings[3].startDate + tools::lengthOf(trainings[3]));
-        if (hour == 23) EXPECT_GE(services::calendarDate(end).hour, 17);
+        if (hour == 23) {
+            EXPECT_GE(services::calendarDate(end).hour, 17);
+        }
     }
 }
 
