@@ -92,7 +92,7 @@ TEST_F(FileRequester, TheSideBarShowsItsTextsWhole) {
 
 TEST_F(FileRequester, TheListShowsItsColumnsWhole) {
     for (const bool forDirectories : {true, false}) {
-        DriveIcons icons(drives);
+        DriveIcons icons({drives[1]});  // both have room on small screens, too
         QFileDialog dialog;
         open(dialog, icons, forDirectories);
         const QTreeView& files = *filesOf(dialog);
