@@ -1,0 +1,103 @@
+#include "tests/powercut/recorder.h"
+
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <array>
+#include <cstring>
+#include <fstream>
+
+#include "tests/powercut/judging.h"
+#include "tests/powercut/meddling.h"
+#include "tests/powercut/worker.h"
+
+namespace powercut {
+
+namespace {
+
+constexpr const char* preparing = "prepare";
+
+void writeSetting(const char* name, const char* value) {
+    std::ofstream(std::string("/proc/sys/vm/") + name) << value;
+}
+
+// As far as it is written: its first sector tells how many entries there are.
+void copyLog(const fs::path& path) {
+    const int source = open(logDevice, O_RDONLY | O_CLOEXEC);
+    std::ofstream copy(path, std::ios::binary);
+    std::array<std::uint64_t, sectorSize / 8> words = {};
+    off_t at = 0;
+    const auto copySectors = [&](std::uint64_t count) {
+        std::string bytes(count * sectorSize, '\0');
+        require(pread(source, bytes.data(), bytes.size(), at) == static_cast<ssize_t>(bytes.size()),
+                "reading the log");
+        std::memcpy(words.data(), bytes.data(), std::min(sectorSize, bytes.size()));
+        copy << bytes;
+        at += static_cast<off_t>(bytes.size());
+    };
+    copySectors(1);
+    constexpr std::uint64_t discarded = 4;
+    for (std::uint64_t entries = words[2]; entries > 0; --entries) {
+        copySectors(1);
+        if ((words[2] & discarded) == 0 && words[1] > 0) copySectors(words[1]);
+    }
+    close(source);
+    require(copy.flush().good(), "writing the log");
+}
+
+}  // namespace
+
+void record(const FileSystem& system, const Command& command, bool pauses,
+            const fs::path& emptyDisk, const fs::path& directory) {
+    const Places places = {cardDirectory};
+    writeDisk(readImage(emptyDisk));
+    require(mountCard(system, diskDevice), "mounting an empty disk");
+    Worker worker([&](const std::string& question, std::FILE*) {
+        if (question.starts_with(preparing)) {
+            prepare(command, places);
+        } else {
+            meddling::state.pauseMilliseconds = pauses ? 40 : 0;
+            run(command, places);
+        }
+    });
+    std::string text = worker.ask(preparing);
+    require(text.empty(), "preparing: " + text);
+    const std::string before = bytesOf(places.settings());
+    unmountCard();
+    Image base = readImage(emptyDisk);
+    readDisk(base);
+    writeBytes(directory / "base.img", std::string(base.memory.get(), base.size));
+
+    const std::string sectors = std::to_string(base.size / sectorSize);
+    writeBytes("/mnt/table", "0 " + sectors + " log-writes " + diskDevice + " " + logDevice + "\n");
+    require(doesRun("dmsetup create recorded --noudevsync /mnt/table"), "recording");
+    // At a pace at which the system writes back whatever it likes between two calls, or only what
+    // it is told to.
+    writeSetting("dirty_expire_centisecs", pauses ? "1" : "3000");
+    writeSetting("dirty_writeback_centisecs", pauses ? "1" : "500");
+    require(mountCard(system, "/dev/dm-0"), "mounting the recorded disk");
+    text = worker.ask("run");
+    require(text.empty(), "running: " + text);
+    require(doesRun("dmsetup message recorded 0 mark finished"), "marking");
+    if (pauses) usleep(300'000);
+    sync();
+    unmountCard();
+    writeSetting("dirty_writeback_centisecs", "500");
+    require(doesRun("dmsetup remove --noudevsync recorded"), "removing");
+
+    copyLog(directory / "log");
+
+    require(mountCard(system, diskDevice), "mounting the finished disk");
+    const Outcome outcome = outcomeOf(command, places);
+    fs::current_path("/");
+    unmountCard();
+    writeBytes(directory / "before", before);
+    writeBytes(directory / "after", outcome.after);
+    std::ofstream names(directory / "names");
+    for (const auto& [description, name] : outcome.names)
+        names << name << ' ' << description << '\n';
+    require(names.flush().good(), "writing the recording");
+}
+
+}  // namespace powercut
