@@ -29,7 +29,7 @@ constexpr FileSystem fileSystems[] = {
     {"fat16", "vfat", vfatOptions, "fsck.vfat -a"},
     {"fat32", "vfat", vfatOptions, "fsck.vfat -a"},
     {"ext4", "ext4", "", "e2fsck -fy"},
-    {"ext4-no-journal", "ext4", "", "e2fsck -fy"},
+    {"ext4-no-journal", "ext4", "", "e2fsck -fy", true},
 };
 
 [[noreturn]] void giveUp(const std::string& what) {

@@ -21,6 +21,7 @@ struct FileSystem {
     const char* type;
     const char* options;
     const char* check;
+    bool flushesAreTold = false;  // and not only asked of the disk: see recording.py
 };
 
 // Null for a name that is none.

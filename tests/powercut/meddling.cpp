@@ -103,7 +103,19 @@ int renameUnlessMistaken(const char* from, const char* to, Rename rename) {
     return result;
 }
 
+int tellOf(int result) {
+    if (result == 0 && state.flushMarker >= 0 && !tell(state.flushMarker, state.flushMark))
+        return -1;
+    return result;
+}
+
+alignas(512) constexpr char mark[512] = {};
+
 }  // namespace
+
+bool tell(int marker, long place) {
+    return pwrite(marker, mark, sizeof mark, place) == sizeof mark;
+}
 
 std::optional<Mistake> mistakeOfName(std::string_view name) {
     for (const NamedMistake& named : namedMistakes) {
@@ -132,19 +144,19 @@ int ftruncate(int descriptor, off_t length) noexcept {
 int fsync(int descriptor) {
     nextCall();
     if (isFlushLeftOut(descriptor, false)) return 0;
-    return real<int(int)>("fsync")(descriptor);
+    return tellOf(real<int(int)>("fsync")(descriptor));
 }
 
 int fdatasync(int descriptor) {
     nextCall();
     if (isFlushLeftOut(descriptor, false)) return 0;
-    return real<int(int)>("fdatasync")(descriptor);
+    return tellOf(real<int(int)>("fdatasync")(descriptor));
 }
 
 int syncfs(int descriptor) noexcept {
     nextCall();
     if (isFlushLeftOut(descriptor, true)) return 0;
-    return real<int(int)>("syncfs")(descriptor);
+    return tellOf(real<int(int)>("syncfs")(descriptor));
 }
 
 int rename(const char* from, const char* to) noexcept {

@@ -23,9 +23,14 @@ struct Meddling {
     int pauseMilliseconds = 0;  // before each call that changes something
     int endAtCall = -1;         // the process ends instead of this one of them, counted from 0
     int* calls = nullptr;       // counts them, perhaps for another process
+    int flushMarker = -1;       // a device whose last block tells of each flush that has returned
+    long flushMark = 0;         // where: the first sector of that block
 };
 
 extern Meddling state;
+
+// Writes the sector at that place of the marker, past every cache.
+bool tell(int marker, long place);
 
 std::optional<Mistake> mistakeOfName(std::string_view name);
 

@@ -7,6 +7,7 @@
 #include <array>
 #include <cstring>
 #include <fstream>
+#include <utility>
 
 #include "tests/powercut/judging.h"
 #include "tests/powercut/meddling.h"
@@ -17,6 +18,8 @@ namespace powercut {
 namespace {
 
 constexpr const char* preparing = "prepare";
+constexpr const char* recordedDevice = "/dev/dm-0";
+constexpr std::size_t blockSize = 4096;
 
 void writeSetting(const char* name, const char* value) {
     std::ofstream(std::string("/proc/sys/vm/") + name) << value;
@@ -63,6 +66,7 @@ void record(const FileSystem& system, const Command& command, bool pauses,
     });
     std::string text = worker.ask(preparing);
     require(text.empty(), "preparing: " + text);
+    worker.end();
     const std::string before = bytesOf(places.settings());
     unmountCard();
     Image base = readImage(emptyDisk);
@@ -76,10 +80,22 @@ void record(const FileSystem& system, const Command& command, bool pauses,
     // it is told to.
     writeSetting("dirty_expire_centisecs", pauses ? "1" : "3000");
     writeSetting("dirty_writeback_centisecs", pauses ? "1" : "500");
-    require(mountCard(system, "/dev/dm-0"), "mounting the recorded disk");
+    require(mountCard(system, recordedDevice), "mounting the recorded disk");
+    if (system.flushesAreTold) {
+        meddling::state.flushMarker = open(recordedDevice, O_WRONLY | O_DIRECT | O_CLOEXEC);
+        meddling::state.flushMark = static_cast<long>(base.size - blockSize);
+    }
     text = worker.ask("run");
     require(text.empty(), "running: " + text);
-    require(doesRun("dmsetup message recorded 0 mark finished"), "marking");
+    worker.end();
+    if (system.flushesAreTold) {
+        const int marker = std::exchange(meddling::state.flushMarker, -1);
+        require(meddling::tell(marker, meddling::state.flushMark + static_cast<long>(sectorSize)),
+                "marking");
+        close(marker);
+    } else {
+        require(doesRun("dmsetup message recorded 0 mark finished"), "marking");
+    }
     if (pauses) usleep(300'000);
     sync();
     unmountCard();

@@ -11,6 +11,9 @@ import random
 import struct
 
 SECTOR = 512
+# Sectors that are none of the file system's, counted from the end of the disk: to write the first says
+# that a flush has returned, to write the second that the command has told its end.
+FLUSHED, ENDED = 8, 7
 FLUSH, PAST_CACHE, DISCARD, MARK = 1, 2, 4, 8
 
 
@@ -18,17 +21,18 @@ class Recording:
     """`sectors` is what was written, sector by sector: (number, content). `epochs` are the spans
     between two flushes, each a list of writes, each a list of pieces that arrive as a whole, each a
     range of indexes of `sectors`; a piece ends where the disk's own sectors of `unit` bytes do. From
-    the epoch of `finished` on, the command had told that it was done."""
+    the epoch of `finished` on, the command had told that it was done. A disk of `length` sectors has
+    those that tell by being written."""
 
-    def __init__(self, log, unit=SECTOR):
+    def __init__(self, log, unit=SECTOR, length=None):
         magic, _version, entries, size = struct.unpack_from("<QQQI", log)
         if magic != 0x6A736677736872 or size != SECTOR:
             raise ValueError("not a log of writes")
         self.sectors, self.epochs, self.finished = [], [[]], None
         at = SECTOR
         for _ in range(entries):
-            sector, count, flags, length = struct.unpack_from("<QQQQ", log, at)
-            mark = log[at + 32:at + 32 + length]
+            sector, count, flags, extra = struct.unpack_from("<QQQQ", log, at)
+            mark = log[at + 32:at + 32 + extra]
             at += SECTOR
             if flags & MARK:
                 if mark.startswith(b"finished"):
@@ -36,6 +40,13 @@ class Recording:
                 continue
             if flags & FLUSH:
                 self.epochs.append([])
+            if length and count and sector >= length - FLUSHED:
+                at += count * SECTOR
+                if sector == length - FLUSHED:
+                    self.epochs.append([])
+                elif sector == length - ENDED:
+                    self.finished = len(self.epochs) - 1
+                continue
             if count and not flags & DISCARD:
                 pieces = []
                 for i in range(count):
@@ -84,10 +95,21 @@ def subsets_of(writes, limit, chance):
         yield [piece for piece in pieces[:end] if chance.random() < part]
 
 
+def spans_of(indexes):
+    """"3", or "5-8" for what follows one another."""
+    spans = []
+    for index in indexes:
+        if spans and spans[-1][1] + 1 == index:
+            spans[-1][1] = index
+        else:
+            spans.append([index, index])
+    return [str(first) if first == last else f"{first}-{last}" for first, last in spans]
+
+
 def states_of(recording, limit, seed):
     """Every different content of the disk among what a cut may leave, `limit` or a few more of each
-    epoch: as (name, finished). The name is "PREFIX:SECTOR,SECTOR", all of the first PREFIX sectors
-    and these."""
+    epoch: as (name, finished). The name is "PREFIX:SECTOR,FIRST-LAST", all of the first PREFIX
+    sectors and these."""
     chance = random.Random(seed)
     contents, base = {}, {}
     flushed = 0
@@ -101,7 +123,7 @@ def states_of(recording, limit, seed):
             while rest and rest[0] == prefix:
                 prefix += 1
                 rest.pop(0)
-            name = f"{prefix}:{','.join(map(str, rest))}" if rest else str(prefix)
+            name = f"{prefix}:{','.join(spans_of(rest))}" if rest else str(prefix)
             finished = number >= recording.finished
             # Of what may be there before the message and after it, what holds after it must hold.
             if key not in contents or finished:

@@ -32,14 +32,22 @@ def log_of(*entries):
     return head.ljust(recording.SECTOR, b"\0") + body
 
 
-def disks_of(*entries, limit=64, unit=recording.SECTOR):
+def indexes_of(name):
+    """The sectors that a state's name stands for."""
+    prefix, _colon, more = name.partition(":")
+    yield from range(int(prefix))
+    for span in filter(None, more.split(",")):
+        first, _dash, last = span.partition("-")
+        yield from range(int(first), int(last or first) + 1)
+
+
+def disks_of(*entries, limit=64, unit=recording.SECTOR, length=None):
     """What the disk may hold: {sector: letter} as text, and whether the command was finished."""
-    made = recording.Recording(log_of(*entries), unit)
+    made = recording.Recording(log_of(*entries), unit, length)
     disks = {}
     for name, finished in recording.states_of(made, limit, seed=1):
-        prefix, _colon, more = name.partition(":")
         disk = {}
-        for index in [*range(int(prefix)), *map(int, filter(None, more.split(",")))]:
+        for index in indexes_of(name):
             number, content = made.sectors[index]
             disk[number] = chr(content[0])
         text = " ".join(f"{number}{letter}" for number, letter in sorted(disk.items()))
@@ -80,6 +88,14 @@ class States(unittest.TestCase):
 
     def test_a_command_that_flushes_nothing_may_have_done_nothing(self):
         self.assertEqual(disks_of(FINISHED, ("write", 1, "a")), {"": True, "1a": True})
+
+    def test_a_written_sector_at_the_end_tells_of_a_flush_and_of_the_end(self):
+        flushed, finished = ("write", 92, "f"), ("write", 93, "f")
+        self.assertEqual(disks_of(("write", 1, "a"), flushed, ("write", 2, "b"), finished, length=100),
+                         {"": False, "1a": True, "1a 2b": True})
+
+    def test_sectors_that_follow_one_another_are_named_by_the_first_and_the_last(self):
+        self.assertEqual(recording.spans_of([1, 3, 4, 5, 8, 9]), ["1", "3-5", "8-9"])
 
     def test_of_many_writes_every_prefix_is_tried(self):
         writes = [("write", number, "x") for number in range(30)]

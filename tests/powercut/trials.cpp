@@ -35,7 +35,7 @@ Recording readRecording(const fs::path& directory) {
 }
 
 struct State {
-    std::string name;  // "17:19,20": the first 17 recorded sectors, and two later ones
+    std::string name;  // "17:19,21-23": the first 17 recorded sectors, and four later ones
     bool isFinished = false;
 };
 
@@ -56,8 +56,12 @@ void makeState(Image& image, const Recording& recording, const State& state) {
     for (std::size_t i = 0; i < prefix; ++i)
         applySector(image, recording, i);
     char separator = 0;
-    for (std::size_t i = 0; text >> separator >> i;)
-        applySector(image, recording, i);
+    for (std::size_t first = 0; text >> separator >> first;) {
+        std::size_t last = first;
+        if (text.peek() == '-') text >> separator >> last;
+        for (std::size_t i = first; i <= last; ++i)
+            applySector(image, recording, i);
+    }
     writeDisk(image);
 }
 
