@@ -57,6 +57,20 @@ const std::vector<Command> allCommands = {
     {"export-training", Kind::trainingExport, {{1}, {5}, {9}, {12}}},
 };
 
+// What a program would do that takes every temporary name for its own and unshared.
+void deleteLeftovers(const fs::path& directory) {
+    if (meddling::state.mistake != meddling::Mistake::leftoverDeleted) return;
+    std::vector<fs::path> leftovers;
+    std::error_code error;
+    for (const fs::path& path : fs::directory_iterator(directory, error)) {
+        const std::string name = path.filename().string();
+        if (name.find(".kurbelbuch-") != name.npos && !name.ends_with("-neu"))
+            leftovers.push_back(path);
+    }
+    for (const fs::path& path : leftovers)
+        fs::remove(path, error);
+}
+
 void forgetEverything() {
     app::state = {};
     device::state = {};
@@ -232,14 +246,7 @@ void prepare(const Command& command, const Places& places) {
 
 bool startIn(const fs::path& directory) {
     forgetEverything();
-    if (meddling::state.mistake == meddling::Mistake::leftoverDeleted) {
-        std::error_code error;
-        for (const fs::path& path : fs::directory_iterator(directory, error)) {
-            const std::string name = path.filename().string();
-            if (name.find(".kurbelbuch-") != name.npos && !name.ends_with("-neu"))
-                fs::remove(path, error);
-        }
-    }
+    deleteLeftovers(directory);
     std::error_code error;
     fs::current_path(directory, error);
     if (error) return false;
@@ -249,6 +256,7 @@ bool startIn(const fs::path& directory) {
 }
 
 void run(const Command& command, const Places& places) {
+    deleteLeftovers(places.backup());
     startIn(places.tree());
     chooseTrainings(command);
     switch (command.kind) {

@@ -49,10 +49,7 @@ void doJob(const std::string& line) {
         std::size_t to = 0;
         std::string how;
         words >> from >> to >> how;
-        const Check check = how == "as-is"     ? Check::without
-                            : how == "checked" ? Check::before
-                                               : Check::both;
-        tryStates(*system, *command, directory, name, from, to, check);
+        tryStates(*system, *command, directory, name, from, to, how == "checked");
     }
     std::fflush(stdout);
 }

@@ -25,8 +25,9 @@ import recording as recordings
 
 KERNEL = "linux.uml"
 MEGABYTE = 1 << 20
-FileSystem = collections.namedtuple("FileSystem", "megabytes unit at_most make blocks",
-                                    defaults=[None])
+HOWS = ("as-is", "checked")
+FileSystem = collections.namedtuple("FileSystem", "megabytes unit at_most make blocks hows",
+                                    defaults=[None, HOWS])
 EXT4 = ["mke2fs", "-q", "-F", "-t", "ext4", "-b", "4096", "-N", "64", "-E",
         "root_owner=1000:1000,lazy_itable_init=0,lazy_journal_init=0"]
 # Small disks, as each state writes the whole disk. FAT16 is what has at least 4085 clusters; of FAT32
@@ -37,11 +38,11 @@ FILE_SYSTEMS = {
     "fat32": FileSystem(4, 512, None, ["mkfs.vfat", "-F", "32", "-s", "1", "-n", "KARTE"]),
     "ext4": FileSystem(9, 4096, 100, EXT4),
     # Its fsync does not flush the disk's cache when the kernel has written the file back before. So
-    # this disk has none: what a returned fsync covers is there. The last block is the recorder's.
-    "ext4-no-journal": FileSystem(4, 4096, 100, [*EXT4, "-O", "^has_journal"], blocks=1023),
+    # this disk has none: what a returned fsync covers is there. The last block is the recorder's. And
+    # after a cut it is mounted only when it has been checked.
+    "ext4-no-journal": FileSystem(4, 4096, 100, [*EXT4, "-O", "^has_journal"], 1023, ["checked"]),
 }
 PACES = ("quick", "slow")
-HOWS = ("as-is", "checked")
 # Mistakes put in on purpose, and where each must show (meddling.h).
 MISTAKES = (
     ("no-flush", "settings-over", "ext4"),
@@ -278,10 +279,14 @@ def try_states(options, states):
     results = Results()
     # Small pieces, so that all guests have something to do to the end.
     piece = 40
-    jobs = [f"try {' '.join(name)} {first} {first + piece} {options.how}"
-            for name, found in states.items() for first in range(0, len(found), piece)]
+    wanted = HOWS if options.how == "both" else [options.how]
+    jobs, total = [], 0
+    for name, found in states.items():
+        for how in (how for how in wanted if how in FILE_SYSTEMS[name[0]].hows):
+            total += len(found)
+            jobs += [f"try {' '.join(name)} {first} {first + piece} {how}"
+                     for first in range(0, len(found), piece)]
     started = time.monotonic()
-    total = sum(map(len, states.values())) * (2 if options.how == "both" else 1)
 
     def tell(words):
         results.add(words)

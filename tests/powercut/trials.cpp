@@ -191,7 +191,7 @@ std::string verdictOf(const Findings& findings) {
 }  // namespace
 
 void tryStates(const FileSystem& system, const Command& command, const fs::path& directory,
-               const std::string& name, std::size_t from, std::size_t to, Check check) {
+               const std::string& name, std::size_t from, std::size_t to, bool isChecked) {
     const Recording recording = readRecording(directory);
     Image image(recording.base.size);
     const Trial trial = {system, command, recording, image};
@@ -201,16 +201,13 @@ void tryStates(const FileSystem& system, const Command& command, const fs::path&
     State state;
     for (std::size_t i = 0; i < to && states >> state.name >> state.isFinished; ++i) {
         if (i < from) continue;
-        for (const bool isChecked : {false, true}) {
-            if (check == (isChecked ? Check::without : Check::before)) continue;
-            makeState(image, recording, state);
-            if (isChecked) static_cast<void>(doesRun(std::string(system.check) + " " + diskDevice));
-            const Findings findings = tryCard(trial, worker, state.isFinished, i % 2 == 1);
-            std::printf("@state %s %s %s %s %s\n", name.c_str(), state.name.c_str(),
-                        state.isFinished ? "finished" : "interrupted",
-                        isChecked ? "checked" : "as-is", verdictOf(findings).c_str());
-            std::fflush(stdout);
-        }
+        makeState(image, recording, state);
+        if (isChecked) static_cast<void>(doesRun(std::string(system.check) + " " + diskDevice));
+        const Findings findings = tryCard(trial, worker, state.isFinished, i % 2 == 1);
+        std::printf("@state %s %s %s %s %s\n", name.c_str(), state.name.c_str(),
+                    state.isFinished ? "finished" : "interrupted", isChecked ? "checked" : "as-is",
+                    verdictOf(findings).c_str());
+        std::fflush(stdout);
     }
 }
 

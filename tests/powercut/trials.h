@@ -6,11 +6,9 @@
 
 namespace powercut {
 
-enum class Check { without, before, both };  // of the file system, before it is mounted
-
 // The states FROM to TO (exclusive) of the recording in that directory; prints a line for each,
 // with `name` for the recording.
 void tryStates(const FileSystem& system, const Command& command, const fs::path& directory,
-               const std::string& name, std::size_t from, std::size_t to, Check check);
+               const std::string& name, std::size_t from, std::size_t to, bool isChecked);
 
 }  // namespace powercut
