@@ -53,7 +53,6 @@ MISTAKES = (
     ("index-in-place", "delete-some", "fat16"),
     ("index-in-place", "renumber-crossed", "fat32"),
     ("leftover-deleted", "backup-new", "fat16"),
-    ("leftover-deleted", "backup-interrupted", "fat32"),
 )
 # The guest's kernel does not keep the wide registers of its processes.
 NARROW = ("glibc.cpu.hwcaps=-AVX,-AVX2,-AVX_Fast_Unaligned_Load,-AVX512F,-AVX512VL,-AVX512BW,"
