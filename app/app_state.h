@@ -5,7 +5,7 @@
 #include <optional>
 
 #include "charts/range_band.h"
-#include "charts/values/value_catalogue.h"
+#include "charts/values/value_numbers.h"
 #include "services/raster/raster.h"
 
 namespace app {

@@ -1,5 +1,6 @@
 #include "charts/chart_description.h"
 
+#include "charts/values/value_catalogue.h"
 #include "services/text/dates.h"
 #include "services/text/numbers.h"
 #include "services/text/text.h"

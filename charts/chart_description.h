@@ -5,7 +5,7 @@
 #include <vector>
 
 #include "charts/values/chart_options.h"
-#include "charts/values/value_catalogue.h"
+#include "charts/values/value_numbers.h"
 #include "services/text/latin1.h"
 
 namespace charts {

@@ -15,6 +15,7 @@
 #include "charts/marks/mark_painting.h"
 #include "charts/strips/layer_painting.h"
 #include "charts/values/chart_options.h"
+#include "charts/values/value_catalogue.h"
 #include "device/device_state.h"
 #include "services/disk/whole_files.h"
 #include "services/menus.h"

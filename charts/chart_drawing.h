@@ -4,7 +4,7 @@
 #include <cstdint>
 
 #include "charts/chart_description.h"
-#include "charts/values/value_catalogue.h"
+#include "charts/values/value_numbers.h"
 #include "charts/values/value_series.h"
 #include "services/raster/raster.h"
 

@@ -4,7 +4,7 @@
 
 #include <array>
 
-#include "charts/values/value_catalogue.h"
+#include "charts/values/value_numbers.h"
 #include "charts/values/value_series.h"
 #include "services/raster/colours.h"
 

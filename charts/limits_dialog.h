@@ -1,7 +1,7 @@
 // The dialog "Grenzwerte": a lower and an upper limit for one value.
 #pragma once
 
-#include "charts/values/value_catalogue.h"
+#include "charts/values/value_numbers.h"
 
 namespace charts {
 

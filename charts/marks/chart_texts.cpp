@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <utility>
 
+#include "charts/values/value_catalogue.h"
 #include "services/text/dates.h"
 #include "services/text/numbers.h"
 #include "services/text/text.h"

@@ -6,7 +6,8 @@
 #include <cstdint>
 #include <optional>
 
-#include "charts/values/value_catalogue.h"
+#include "charts/values/value_numbers.h"
+#include "services/text/latin1.h"
 
 namespace charts {
 

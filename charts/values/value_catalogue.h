@@ -5,23 +5,12 @@
 #include <optional>
 #include <span>
 
+#include "charts/values/value_numbers.h"
 #include "device/dictionary_record.h"
 #include "device/training_sample.h"
 #include "services/text/latin1.h"
 
 namespace charts {
-
-enum class ChartKind {
-    overview = 1,  // one value per training
-    training = 2,  // one value per sample of the loaded training
-};
-
-// Value numbers: 0 to 19 overview, 50 to 71 training. They index the colours and limits tables, and
-// item number = value number + 100 * option (chart_options.h).
-inline constexpr int overviewValueCount = 20;
-inline constexpr int firstTrainingValue = 50;
-inline constexpr int trainingValueCount = 22;
-inline constexpr int valueNumberLimit = firstTrainingValue + trainingValueCount;  // 72
 
 inline constexpr int durationDecimals = -1;  // written as hours, minutes and seconds
 
@@ -53,13 +42,6 @@ struct ValueTexts {
 
 // Nothing for a number outside the catalogues.
 std::optional<ValueTexts> valueTexts(int valueNumber);
-
-// The value numbers of one chart: first and one past the last.
-struct ValueRange {
-    int first;
-    int end;
-};
-ValueRange valueRange(ChartKind kind);
 
 // A value's figure as the charts show it: the value's own decimals and a decimal point.
 services::Text valueText(int valueNumber, float value);

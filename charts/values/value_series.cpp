@@ -3,6 +3,8 @@
 #include <cstddef>
 #include <utility>
 
+#include "charts/values/value_catalogue.h"
+
 namespace charts {
 namespace {
 

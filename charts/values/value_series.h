@@ -4,7 +4,7 @@
 #include <span>
 #include <vector>
 
-#include "charts/values/value_catalogue.h"
+#include "charts/values/value_numbers.h"
 #include "device/dictionary_record.h"
 #include "device/training_sample.h"
 
