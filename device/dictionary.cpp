@@ -50,6 +50,13 @@ Loaded readWhatThereIs() {
         loaded.isOnDisk = false;
         return loaded;
     }
+    if (taken.state == TakenUp::State::unreadableIndex) {
+        // What the disk would give next time nobody knows: nothing is changed after the copy.
+        loaded.reading = readIndexBytes(taken.index);
+        loaded.isOnDisk = false;
+        loaded.isReadOnly = true;
+        return loaded;
+    }
     if (taken.state == TakenUp::State::unknown) return loaded;
     if (!services::readFile(indexFile, indexName)) return loaded;
     const std::int64_t length = services::lengthOfFile(indexFile);

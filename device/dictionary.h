@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <optional>
 #include <span>
+#include <string>
 #include <vector>
 
 #include "device/device_state.h"
@@ -43,7 +44,8 @@ enum class SaveMode {
 // The names that the records of the table have on the disk until the files are renamed.
 struct PendingName {
     std::size_t record = 0;
-    services::Text oldName;
+    services::Text oldName = {};
+    bool isByCopying = false;  // how the file gets its new name: told by announceRenaming
 };
 
 // To be called before any file is touched for a change of the trainings; a load ends it. False when
@@ -53,26 +55,32 @@ bool beginChange();
 
 // To be called before files are renamed, with the new names in the table: puts on the disk what it
 // takes to complete both the renaming and the saving of all records after an interruption.
-// saveDictionary follows in any case; nothing may be renamed when this returns false. That is also
-// so while there are records of untold files: one of their names might be taken for free.
-bool announceRenaming(std::span<const PendingName> names);
+// saveDictionary follows in any case; nothing may be renamed when this returns false. Each file is
+// moved in this order, by moveTraining. No name of a record of an untold file may be among the new
+// ones (hasUntoldName).
+bool announceRenaming(std::span<PendingName> names);
 
-// Deletes and rewrites the file: first the records of untold files, as they were read, then the
-// table in its order. A complete copy of the new index lies beside it meanwhile; without room for
-// that, on the disk or in memory, nothing is deleted. Does nothing after a load that failed or was
+// True for the name of a record of an untold file: it counts as taken.
+bool hasUntoldName(services::TextView name);
+
+// Replaces the file in one step: the table in its order, then the records of untold files, as they
+// were read. A complete copy of the new index lies beside it meanwhile; without room for that, on
+// the disk or in memory, nothing is replaced. Does nothing after a load that failed or was
 // for reading only: an index that could not be read is not replaced by one that says nothing. Nor
 // beside a copy that the load could not settle, which tells what the index should be: the next load
 // does that. Silent on every failure. Callers call loadDictionary()
-// right after it: until then a written pulse or rpm of 1.0 reads 0.0 in the table.
+// after it, which also leaves the tree: until then a written pulse or rpm of 1.0 reads 0.0 in the
+// table.
 void saveDictionary(SaveMode mode);
 
 // True also after a load that failed, which nothing is done with. False when the index is not, byte
 // for byte, the one that was loaded: another card, or one that somebody else has changed.
 bool isIndexAsLoaded();
 
-// Writes records of the table, by their indexes, at the current position of an open file. True when
-// everything was written. Sets a pulse or rpm of 1.0 to 0.0 in the table.
-bool writeDictionaryRecords(int file, std::span<const std::size_t> indexes);
+// Appends records of the table, by their indexes, to the bytes of an index, or writes one at the
+// current position of an open file. True when all were written. Sets a pulse or rpm of 1.0 to 0.0
+// in the table.
+bool appendDictionaryRecords(std::string& bytes, std::span<const std::size_t> indexes);
 bool writeDictionaryRecord(int file, std::size_t index);
 
 }  // namespace device

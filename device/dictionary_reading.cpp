@@ -24,7 +24,7 @@ using ReadIndex = std::function<std::size_t(std::span<std::byte> block)>;
 
 // What is carried from record to record while one index is read.
 struct Reading {
-    IndexReading index = {.hash = services::emptyHash};
+    IndexReading index = {.kept = {}, .untold = {}, .hash = services::emptyHash};
     std::uint64_t runOnLeft = 0;  // bytes that descriptions may still run on
 
     // The training file looked for last: a damaged index names the same one again and again.

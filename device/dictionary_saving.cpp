@@ -1,18 +1,21 @@
+#include <algorithm>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "device/dictionary.h"
 #include "device/index_recovery.h"
-#include "services/disk/directories.h"
+#include "device/record_layout.h"
 #include "services/disk/memory.h"
 #include "services/disk/numbered_files.h"
+#include "services/disk/system_files.h"
 #include "services/disk/whole_files.h"
+#include "services/text/numbers.h"
 
 namespace device {
 
 namespace {
 
-constexpr int indexFile = 0;
 constexpr services::PathView indexName = "dictionary.2";
 
 // A copy that comes later is of another program that was cut off: what the index names may have
@@ -25,12 +28,11 @@ bool isCopyAsLoaded() {
 }
 
 std::string encodeTable(SaveMode mode) {
-    // In front, where no record with a longer description has shifted them.
-    std::string index = state.untoldRecords;
+    std::string index;
     for (const DictionaryRecord& record : state.dictionary) {
         if (mode == SaveMode::all || record.selected == 0) index += encodeDictionaryRecord(record);
     }
-    return index;
+    return index + state.untoldRecords;
 }
 
 // What writing a record does to it.
@@ -39,36 +41,51 @@ void clearUnmeasured(DictionaryRecord& record) {
     if (record.rpm == 1.0F) record.rpm = 0.0F;
 }
 
+// Files that get their new names by a copy are told with what they hold. On a card that is too full
+// for the longest of them all are renamed instead.
+void tellWhatIsCopied(std::vector<PendingRename>& renames, std::uint64_t indexLength) {
+    std::vector<services::FileDigest> digests;
+    std::uint64_t longest = 0;
+    for (const PendingRename& rename : renames) {
+        digests.push_back(services::digestOfFile(rename.oldName, services::LinksAre::refused));
+        longest = std::max(longest, digests.back().length);
+    }
+    // The new index twice, beside the old one, and some clusters for its directory.
+    constexpr std::uint64_t clusters = std::uint64_t{256} << 10U;
+    const std::int64_t free = services::freeBytes({});
+    if (free < 0 || static_cast<std::uint64_t>(free) < longest + 2 * indexLength + clusters) return;
+    for (std::size_t i = 0; i < renames.size(); ++i) {
+        renames[i].length = digests[i].length;
+        renames[i].hash = digests[i].hash;
+    }
+}
+
 void replaceIndex(SaveMode mode) {
     // An index that could not be read is not replaced by one that says nothing: what is on the card
     // may be whole, and only the reader, the slot or the moment was bad.
     if (state.dictionaryUnreadable || state.dictionaryReadOnly) return;
     const std::string index = encodeTable(mode);
     if (!layCopyBeside(index)) return;
-    services::deleteFile(indexName);
-    if (!services::createFile(indexFile, indexName)) return;
     for (DictionaryRecord& record : state.dictionary) {
         if (mode == SaveMode::all || record.selected == 0) clearUnmeasured(record);
     }
-    const bool written = services::writeText(indexFile, index) && services::flushFile(indexFile);
-    services::closeFile(indexFile);
-    if (written && services::flushDirectoryOf(indexName)) removeSettledCopy();
+    if (services::replaceWholeFile(indexName, unfinishedIndexName, index)) removeSettledCopy();
 }
 
 }  // namespace
 
-bool writeDictionaryRecords(int file, std::span<const std::size_t> indexes) {
-    std::string bytes;
+bool appendDictionaryRecords(std::string& bytes, std::span<const std::size_t> indexes) {
     for (const std::size_t index : indexes) {
         if (index >= state.dictionary.size()) return false;
         clearUnmeasured(state.dictionary[index]);
         bytes += encodeDictionaryRecord(state.dictionary[index]);
     }
-    return services::writeText(file, bytes);
+    return true;
 }
 
 bool writeDictionaryRecord(int file, std::size_t index) {
-    return writeDictionaryRecords(file, {&index, 1});
+    std::string bytes;
+    return appendDictionaryRecords(bytes, {&index, 1}) && services::writeText(file, bytes);
 }
 
 bool beginChange() {
@@ -79,9 +96,8 @@ bool beginChange() {
     return false;
 }
 
-bool announceRenaming(std::span<const PendingName> names) {
-    if (state.dictionaryUnreadable || state.dictionaryReadOnly || !state.untoldRecords.empty())
-        return false;
+bool announceRenaming(std::span<PendingName> names) {
+    if (state.dictionaryUnreadable || state.dictionaryReadOnly) return false;
     bool announced = false;
     static_cast<void>(services::withinMemory([&] {
         std::vector<std::uint64_t> positions;  // records with long descriptions are longer
@@ -90,18 +106,29 @@ bool announceRenaming(std::span<const PendingName> names) {
             positions.push_back(index.size());
             index += encodeDictionaryRecord(record);
         }
+        index += state.untoldRecords;
         std::vector<PendingRename> renames;
         for (const PendingName& name : names)
             renames.push_back({.position = positions[name.record], .oldName = name.oldName});
+        if (!services::renamesInOneStep({})) tellWhatIsCopied(renames, index.size());
+        for (std::size_t i = 0; i < names.size(); ++i)
+            names[i].isByCopying = renames[i].isByCopying();
         announced = layCopyBeside(index, std::move(renames));
     }));
     return announced;
 }
 
+bool hasUntoldName(services::TextView name) {
+    const std::uint64_t number = services::hexadecimalToNumber(name);
+    const auto bytes = std::as_bytes(std::span(state.untoldRecords));
+    for (std::size_t at = 0; at < bytes.size(); at += dictionaryRecordSize) {
+        if (readNumber<std::uint64_t>(bytes, at) == number) return true;
+    }
+    return false;
+}
+
 void saveDictionary(SaveMode mode) {
     static_cast<void>(services::withinMemory([mode] { replaceIndex(mode); }));
-    services::closeFile(indexFile);
-    leaveTree();
 }
 
 bool isIndexAsLoaded() {

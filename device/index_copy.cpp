@@ -1,5 +1,6 @@
 #include "device/index_copy.h"
 
+#include <algorithm>
 #include <map>
 #include <unordered_map>
 #include <unordered_set>
@@ -20,10 +21,19 @@ using services::Text;
 constexpr std::size_t nameLength = 16;
 constexpr std::size_t numberLength = sizeof(std::uint64_t);
 constexpr std::size_t renameLength = numberLength + nameLength;
+constexpr std::size_t copiedRenameLength = renameLength + 2 * numberLength;
 
 // The trailer: the lengths, the old index, these words and a hash of everything before the hash.
 constexpr std::string_view signature = "kurbelbuch-neu-1";
+// With renames that also tell what their files hold.
+constexpr std::string_view copyingSignature = "kurbelbuch-neu-2";
+static_assert(signature.size() == copyingSignature.size());
 constexpr std::size_t trailerLength = 5 * numberLength + signature.size();
+
+bool tellsContents(const IndexCopy& copy) {
+    return std::ranges::any_of(copy.renames,
+                               [](const auto& rename) { return rename.isByCopying(); });
+}
 
 std::uint64_t numberAt(std::string_view bytes, std::uint64_t position) {
     return readNumber<std::uint64_t>(std::as_bytes(std::span(bytes)), position);
@@ -41,7 +51,7 @@ std::vector<std::uint64_t> presentNumbers(const IndexCopy& copy,
                                           std::span<const RenameOutcome> outcomes) {
     std::unordered_map<Text, std::uint64_t> moved;
     for (std::size_t i = 0; i < copy.renames.size(); ++i) {
-        if (outcomes[i] == RenameOutcome::moved)
+        if (hasNewName(outcomes[i]))
             moved[copy.renames[i].oldName] = numberAt(copy.index, copy.renames[i].position);
     }
     std::vector<std::uint64_t> numbers;
@@ -71,7 +81,7 @@ std::string renamedOldIndex(const IndexCopy& copy, std::span<const RenameOutcome
     std::unordered_set<std::uint64_t> taken;
     for (std::size_t i = 0; i < numbers.size(); ++i) {
         newNumbers[services::hexadecimalToNumber(copy.renames[i].oldName)] = numbers[i];
-        if (outcomes[i] == RenameOutcome::moved) taken.insert(numbers[i]);
+        if (hasNewName(outcomes[i])) taken.insert(numbers[i]);
     }
     std::string index;
     std::size_t at = 0;
@@ -123,15 +133,19 @@ std::string withMissingRecords(std::string_view present, std::string_view copied
 
 std::string encodeIndexCopy(const IndexCopy& copy) {
     std::string bytes = copy.index;
+    const bool isByCopying = tellsContents(copy);
     for (const PendingRename& rename : copy.renames) {
         appendNumber(bytes, rename.position);
         bytes += rename.oldName;
+        if (!isByCopying) continue;
+        appendNumber(bytes, rename.length);
+        appendNumber(bytes, rename.hash);
     }
     appendNumber(bytes, std::uint64_t{copy.index.size()});
     appendNumber(bytes, std::uint64_t{copy.renames.size()});
     appendNumber(bytes, copy.oldLength);
     appendNumber(bytes, copy.oldHash);
-    bytes += signature;
+    bytes += isByCopying ? copyingSignature : signature;
     appendNumber(bytes, services::hashOf(bytes));
     return bytes;
 }
@@ -140,23 +154,30 @@ std::optional<IndexCopy> decodeIndexCopy(std::string_view bytes) {
     if (bytes.size() < trailerLength) return std::nullopt;
     const std::size_t hashPosition = bytes.size() - numberLength;
     const std::size_t trailer = bytes.size() - trailerLength;
-    if (bytes.substr(hashPosition - signature.size(), signature.size()) != signature ||
+    const std::string_view word = bytes.substr(hashPosition - signature.size(), signature.size());
+    const bool isByCopying = word == copyingSignature;
+    if ((word != signature && !isByCopying) ||
         numberAt(bytes, hashPosition) != services::hashOf(bytes.substr(0, hashPosition))) {
         return std::nullopt;
     }
     const std::uint64_t length = numberAt(bytes, trailer);
     const std::uint64_t count = numberAt(bytes, trailer + numberLength);
-    if (length > trailer || count != (trailer - length) / renameLength ||
-        (trailer - length) % renameLength != 0) {
+    const std::size_t entryLength = isByCopying ? copiedRenameLength : renameLength;
+    if (length > trailer || count != (trailer - length) / entryLength ||
+        (trailer - length) % entryLength != 0) {
         return std::nullopt;
     }
     IndexCopy copy{.index = std::string(bytes.substr(0, length)),
                    .renames = {},
                    .oldLength = numberAt(bytes, trailer + 2 * numberLength),
                    .oldHash = numberAt(bytes, trailer + 3 * numberLength)};
-    for (std::size_t at = length; at < trailer; at += renameLength) {
+    for (std::size_t at = length; at < trailer; at += entryLength) {
         PendingRename rename{.position = numberAt(bytes, at),
                              .oldName = Text(bytes.substr(at + numberLength, nameLength))};
+        if (isByCopying) {
+            rename.length = numberAt(bytes, at + renameLength);
+            rename.hash = numberAt(bytes, at + renameLength + numberLength);
+        }
         // Whoever wrote a hash that fits did not have to write the rest so as well.
         if (length < numberLength || rename.position > length - numberLength ||
             !isTrainingName(rename.oldName)) {
@@ -164,6 +185,7 @@ std::optional<IndexCopy> decodeIndexCopy(std::string_view bytes) {
         }
         copy.renames.push_back(std::move(rename));
     }
+    if (isByCopying != tellsContents(copy)) return std::nullopt;
     return copy;
 }
 
@@ -190,8 +212,8 @@ std::vector<Text> namesAddedSince(const IndexCopy& copy,
     return names;
 }
 
-std::vector<RenameOutcome> outcomesOf(const IndexCopy& copy,
-                                      const std::function<bool(const Text&)>& isThere) {
+std::vector<RenameOutcome> outcomesOf(const IndexCopy& copy, const IsThere& isThere,
+                                      const IsWhole& isWhole) {
     std::unordered_map<Text, bool> there;
     for (const PendingRename& rename : copy.renames) {
         for (const Text& name : {rename.oldName, newNameOf(copy, rename)}) {
@@ -202,8 +224,13 @@ std::vector<RenameOutcome> outcomesOf(const IndexCopy& copy,
     std::vector<RenameOutcome> outcomes(copy.renames.size(), RenameOutcome::gone);
     for (std::size_t i = copy.renames.size(); i-- > 0;) {
         bool& oldThere = there[copy.renames[i].oldName];
-        bool& newThere = there[newNameOf(copy, copy.renames[i])];
-        if (oldThere) {
+        const Text newName = newNameOf(copy, copy.renames[i]);
+        bool& newThere = there[newName];
+        if (oldThere && newThere && copy.renames[i].isByCopying() &&
+            isWhole(newName, copy.renames[i])) {
+            outcomes[i] = RenameOutcome::copied;
+            newThere = false;
+        } else if (oldThere) {
             outcomes[i] = RenameOutcome::stays;
         } else if (newThere) {
             outcomes[i] = RenameOutcome::moved;
@@ -215,8 +242,7 @@ std::vector<RenameOutcome> outcomesOf(const IndexCopy& copy,
 }
 
 std::string repairedIndex(const IndexCopy& copy, std::span<const RenameOutcome> outcomes,
-                          const std::optional<std::string_view>& present,
-                          const std::function<bool(const Text&)>& isThere) {
+                          const std::optional<std::string_view>& present, const IsThere& isThere) {
     const std::vector<std::uint64_t> numbers = presentNumbers(copy, outcomes);
     std::string copied = copy.index;
     for (std::size_t i = 0; i < numbers.size(); ++i)

@@ -21,8 +21,14 @@ namespace device {
 
 // A training file whose name changes together with the index.
 struct PendingRename {
-    std::uint64_t position = 0;  // of its record in the new index, in bytes
-    services::Text oldName;      // 16 digits; the record carries the new one
+    std::uint64_t position = 0;   // of its record in the new index, in bytes
+    services::Text oldName = {};  // 16 digits; the record carries the new one
+
+    // What the file holds, when it gets its new name by a copy; both 0 when it is renamed.
+    std::uint64_t length = 0;
+    std::uint64_t hash = 0;
+
+    bool isByCopying() const { return hash != 0; }
 
     bool operator==(const PendingRename&) const = default;
 };
@@ -56,17 +62,26 @@ std::vector<services::Text> namesAddedSince(const IndexCopy& copy,
 
 // What became of one rename.
 enum class RenameOutcome {
-    moved,  // the file has its new name
-    stays,  // it has its old name still
-    gone,   // it has neither
+    moved,   // the file has its new name
+    copied,  // it has its new name, and its old one still
+    stays,   // it has its old name alone
+    gone,    // it has neither
 };
+
+// True for an outcome that leaves a whole file under the new name.
+constexpr bool hasNewName(RenameOutcome outcome) {
+    return outcome == RenameOutcome::moved || outcome == RenameOutcome::copied;
+}
 
 // One for each rename, decided by the names that are there. The renames were tried in their order,
 // each took a name that was free, and any of them may have failed; so the last one that was done
 // tells what its names were before it, and so on to the first. `isThere` is asked for each name
-// once.
-std::vector<RenameOutcome> outcomesOf(
-    const IndexCopy& copy, const std::function<bool(const services::Text& name)>& isThere);
+// once; `isWhole`, where a file that is copied has both names, whether what it holds stands under
+// the new one.
+using IsThere = std::function<bool(const services::Text& name)>;
+using IsWhole = std::function<bool(const services::Text& name, const PendingRename& rename)>;
+std::vector<RenameOutcome> outcomesOf(const IndexCopy& copy, const IsThere& isThere,
+                                      const IsWhole& isWhole);
 
 // The name in the copy's index of the training file of a rename.
 services::Text newNameOf(const IndexCopy& copy, const PendingRename& rename);
@@ -78,7 +93,6 @@ services::Text newNameOf(const IndexCopy& copy, const PendingRename& rename);
 //     without the records that had no file before and would find another's now
 //   any other: that, and behind it every training of the copy that has a file but no record
 std::string repairedIndex(const IndexCopy& copy, std::span<const RenameOutcome> outcomes,
-                          const std::optional<std::string_view>& present,
-                          const std::function<bool(const services::Text& name)>& isThere);
+                          const std::optional<std::string_view>& present, const IsThere& isThere);
 
 }  // namespace device

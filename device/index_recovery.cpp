@@ -5,7 +5,9 @@
 #include <utility>
 
 #include "device/device_state.h"
+#include "device/training_names.h"
 #include "services/disk/directories.h"
+#include "services/disk/durable_names.h"
 #include "services/disk/file_moves.h"
 #include "services/disk/held_directory.h"
 #include "services/disk/memory.h"
@@ -39,7 +41,30 @@ LyingCopy copyIn(PathView directory) {
 
 void removeCopy(PathView directory) {
     const Path path = services::concatenate(directory, indexCopyName);
-    if (services::deleteRegularFile(path)) services::flushDirectoryOf(path);
+    services::deleteForGood(path);
+    services::flushDirectoryOf(path);
+}
+
+// What is written under a name that it will not keep, by an action that was cut off.
+void settleUnfinished(PathView directory, PathView unfinished, PathView finished) {
+    const Path leftover = services::concatenate(directory, unfinished);
+    if (services::isRegularFile(leftover))
+        services::settleLeftover(leftover, services::concatenate(directory, finished));
+}
+
+// True when the file of this name holds what the training does.
+bool holdsTraining(PathView directory, PathView name, const PendingRename& rename) {
+    const services::FileDigest digest =
+        services::digestOfFile(services::concatenate(directory, name), services::LinksAre::refused);
+    return digest.state == WholeFile::State::read && digest.length == rename.length &&
+           digest.hash == rename.hash;
+}
+
+// On FAT a name comes to the disk before what it stands for.
+bool isNameWithoutBytes(const Path& path) {
+    const services::FileDigest digest =
+        services::digestOfFile(path, services::LinksAre::refused, 1);
+    return digest.state == WholeFile::State::read && digest.length == 0;
 }
 
 // Goes on where the renaming stopped. What can't be renamed now keeps its name for good.
@@ -47,10 +72,20 @@ void completeRenames(PathView directory, const IndexCopy& copy,
                      std::vector<RenameOutcome>& outcomes) {
     bool anyMoved = false;
     for (std::size_t i = 0; i < outcomes.size(); ++i) {
-        if (outcomes[i] != RenameOutcome::stays) continue;
         const PendingRename& rename = copy.renames[i];
-        if (!services::renameFile(services::concatenate(directory, rename.oldName),
-                                  services::concatenate(directory, newNameOf(copy, rename)))) {
+        const Text newName = newNameOf(copy, rename);
+        if (outcomes[i] == RenameOutcome::copied) {
+            if (holdsTraining(directory, rename.oldName, rename))
+                services::deleteForGood(services::concatenate(directory, rename.oldName));
+            continue;
+        }
+        if (outcomes[i] != RenameOutcome::stays) continue;
+        const Path path = services::concatenate(directory, newName);
+        if (rename.isByCopying() && rename.length > 0 && isNameWithoutBytes(path))
+            services::deleteForGood(path);
+        if (!moveTraining(directory, {.oldName = rename.oldName,
+                                      .newName = newName,
+                                      .isByCopying = rename.isByCopying()})) {
             continue;
         }
         outcomes[i] = RenameOutcome::moved;
@@ -61,15 +96,16 @@ void completeRenames(PathView directory, const IndexCopy& copy,
 
 TakenUp takeUp(PathView directory) {
     // What was cut off before it was complete: nothing was changed for it.
-    services::deleteRegularFile(services::concatenate(directory, unfinishedCopyName));
+    settleUnfinished(directory, unfinishedCopyName, indexCopyName);
+    settleUnfinished(directory, unfinishedIndexName, indexName);
     const LyingCopy lying = copyIn(directory);
     if (!lying.isKnown) return {.state = TakenUp::State::unreadableCopy};
     if (!lying.copy) return {};
     const IndexCopy& copy = *lying.copy;
     const Path path = services::concatenate(directory, indexName);
     const WholeFile index = services::readWholeFile(path, services::LinksAre::followed);
-    if (index.state == WholeFile::State::unreadable) return {.state = TakenUp::State::unknown};
     if (index.state == WholeFile::State::notRegular) return {};
+    const bool isReadable = index.state != WholeFile::State::unreadable;
     std::optional<std::string_view> present;
     if (index.state == WholeFile::State::read) present = index.bytes;
 
@@ -83,17 +119,29 @@ TakenUp takeUp(PathView directory) {
     // A file that came since is none of those to be renamed, whatever its name.
     const std::vector<Text> names = namesAddedSince(copy, present);
     const std::unordered_set<Text> added(names.begin(), names.end());
-    std::vector<RenameOutcome> outcomes =
-        outcomesOf(copy, [&](const Text& name) { return isThere(name) && !added.contains(name); });
-    if (isKnown && belongsTo(copy, present)) completeRenames(directory, copy, outcomes);
+    std::vector<RenameOutcome> outcomes = outcomesOf(
+        copy, [&](const Text& name) { return isThere(name) && !added.contains(name); },
+        [&](const Text& name, const PendingRename& rename) {
+            return holdsTraining(directory, name, rename);
+        });
+    if (isKnown && isReadable && belongsTo(copy, present)) {
+        for (const PendingRename& rename : copy.renames) {
+            const Text newName = newNameOf(copy, rename);
+            if (rename.isByCopying()) settleUnfinished(directory, unfinishedName(newName), newName);
+        }
+        completeRenames(directory, copy, outcomes);
+    }
     std::string repaired = repairedIndex(copy, outcomes, present, isThere);
     if (!isKnown) return {.state = TakenUp::State::unknown};
+    // A copy that is complete tells the trainings of an index that the disk no longer gives.
+    if (!isReadable)
+        return {.state = TakenUp::State::unreadableIndex, .index = std::move(repaired)};
 
     if (present && repaired == *present) {
         if (services::flushPath(path)) removeCopy(directory);
         return {};
     }
-    if (services::replaceWholeFile(path, services::concatenate(directory, unfinishedCopyName),
+    if (services::replaceWholeFile(path, services::concatenate(directory, unfinishedIndexName),
                                    repaired)) {
         removeCopy(directory);
         return {};
@@ -133,6 +181,18 @@ bool layCopyBeside(std::string_view newIndex, std::vector<PendingRename> renames
 void removeSettledCopy() {
     const LyingCopy lying = copyIn({});
     if (lying.copy && lying.copy->renames.empty()) removeCopy({});
+}
+
+bool moveTraining(PathView directory, const TrainingMove& move) {
+    const Path from = services::concatenate(directory, move.oldName);
+    const Path to = services::concatenate(directory, move.newName);
+    if (move.isByCopying) {
+        return services::moveByCopying(
+            from, to, services::concatenate(directory, unfinishedName(move.newName)));
+    }
+    // Where names and bytes go together the names of all are flushed at once, by the caller.
+    return services::renamesInOneStep(directory) ? services::renameFile(from, to)
+                                                 : services::renameForGood(from, to);
 }
 
 TakenUp takeUpCopy(PathView directory) {

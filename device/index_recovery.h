@@ -16,6 +16,9 @@ namespace device {
 inline constexpr services::PathView indexCopyName = "dictionary.2.kurbelbuch-neu";
 inline constexpr services::PathView unfinishedCopyName = "dictionary.2.kurbelbuch-teil";
 
+// A new index until it is on the disk and gets the name of the old one.
+inline constexpr services::PathView unfinishedIndexName = "dictionary.2.kurbelbuch-index";
+
 // Keeps other programs from changing the tree of the working directory, until leaveTree. False when
 // another one is at it. Where directories can't be held, one program has to do.
 bool holdTree();
@@ -30,13 +33,25 @@ bool layCopyBeside(std::string_view newIndex, std::vector<PendingRename> renames
 // are settled by takeUpCopy.
 void removeSettledCopy();
 
+// How a training file gets its new name: by a copy where a rename might lose it, or both names
+// might stand for the same bytes (services::renamesInOneStep).
+struct TrainingMove {
+    services::PathView oldName;
+    services::PathView newName;
+    bool isByCopying = false;
+};
+
+// Never replaces a file. False when the file has its old name as before.
+bool moveTraining(services::PathView directory, const TrainingMove& move);
+
 struct TakenUp {
     enum class State {
-        nothing,         // the index is what it should be, or there is no complete copy
-        unwritten,       // it should be `index`, but can't be written; the copy stays
-        unreadableCopy,  // there may be a copy, and it can't be read
-        heldByAnother,   // another program is changing the tree: nothing was looked at
-        unknown,         // the card does not tell what else there is to take up, or memory is short
+        nothing,          // the index is what it should be, or there is no complete copy
+        unwritten,        // it should be `index`, but can't be written; the copy stays
+        unreadableIndex,  // it can't be read; by the copy it would be `index`
+        unreadableCopy,   // there may be a copy, and it can't be read
+        heldByAnother,    // another program is changing the tree: nothing was looked at
+        unknown,  // the card does not tell what else there is to take up, or memory is short
     } state = State::nothing;
     std::string index = {};
     services::FileDigest left = {};  // of the copy that lies there afterwards

@@ -6,15 +6,18 @@
 #include <optional>
 #include <span>
 #include <stdexcept>
+#include <utility>
 #include <vector>
 
 #include "device/device_state.h"
 #include "device/device_tree.h"
 #include "device/dictionary.h"
 #include "device/index_recovery.h"
+#include "device/training_names.h"
 #include "files/report_window.h"
 #include "files/training_copies.h"
 #include "services/disk/directories.h"
+#include "services/disk/durable_names.h"
 #include "services/disk/endings.h"
 #include "services/disk/file_moves.h"
 #include "services/disk/held_directory.h"
@@ -71,8 +74,10 @@ std::vector<services::Text> namesIn(services::TextView index) {
 // What copies that were cut off by a crash or a pulled card have left.
 void removeUnfinishedCopies(const services::Path& directory) {
     for (const services::Path& name : services::namesInDirectory(directory)) {
-        if (isUnfinishedName(name))
-            services::deleteRegularFile(services::concatenate(directory, name));
+        const services::Path path = services::concatenate(directory, name);
+        if (!device::isUnfinishedName(name) || !services::isRegularFile(path)) continue;
+        services::settleLeftover(path,
+                                 services::concatenate(directory, device::finishedName(name)));
     }
 }
 
@@ -136,18 +141,22 @@ bool openIndexes(services::HeldDirectory& hold) {
     return false;
 }
 
-// What is missing in the backup by its open index; nothing when that can't be told. A record of
-// which a backup that was cut off wrote a part goes: it would shift all that are appended behind
-// it.
-std::optional<std::vector<bool>> lookWhatIsMissing(const services::Path& directory) {
-    const std::optional<services::Text> index = readIndex(backupIndexFile);
+// What is missing in the backup by its open index, and the bytes of that; nothing when it can't be
+// told. A record of which a backup that was cut off wrote a part goes: it would shift all that are
+// appended behind it.
+struct Missing {
+    std::vector<bool> records;
+    services::Text index;
+};
+
+std::optional<Missing> lookWhatIsMissing() {
+    std::optional<services::Text> index = readIndex(backupIndexFile);
     if (!index) return std::nullopt;
-    std::vector<bool> missing = missingInBackup(device::state.dictionary, namesIn(*index));
-    const std::size_t torn = tornRecordLength(*index, device::state.dictionary, missing);
-    if (torn > 0 && !services::cutFile(services::concatenate(directory, indexName),
-                                       static_cast<std::int64_t>(index->size() - torn))) {
-        return std::nullopt;
-    }
+    Missing missing = {.records = missingInBackup(device::state.dictionary, namesIn(*index)),
+                       .index = std::move(*index)};
+    missing.index.resize(missing.index.size() - tornRecordLength(missing.index,
+                                                                 device::state.dictionary,
+                                                                 missing.records));
     return missing;
 }
 
@@ -156,17 +165,18 @@ bool copyWhatIsMissing(services::HeldDirectory& hold) {
     if (!openIndexes(hold)) return false;
     const services::Path directory = device::state.backupDirectory;
     removeUnfinishedCopies(directory);
-    const std::optional<std::vector<bool>> missing = lookWhatIsMissing(directory);
+    std::optional<Missing> missing = lookWhatIsMissing();
     if (!missing) {
         closeIndexes(hold);
         tellBackupIndexCantBeOpened();
         return false;
     }
     services::putOffEndings();
-    copyTrainings(*missing, backupIndexFile, directory, [](std::size_t record, BackupMark mark) {
+    const auto tell = [](std::size_t record, BackupMark mark) {
         addReportLine(backupLine(mark, device::state.dictionary[record]));
-    });
-    return std::find(missing->begin(), missing->end(), true) != missing->end();
+    };
+    copyTrainings(missing->records, std::move(missing->index), directory, tell);
+    return std::ranges::find(missing->records, true) != missing->records.end();
 }
 
 void copyMissingTrainings() {

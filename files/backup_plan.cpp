@@ -3,17 +3,9 @@
 #include <string_view>
 #include <unordered_set>
 
-#include "device/training_names.h"
 #include "services/text/text.h"
 
 namespace files {
-namespace {
-
-// Long enough to be nobody else's: files with this ending are removed.
-constexpr services::PathView unfinishedEnding = ".kurbelbuch-kopie";
-
-}  // namespace
-
 std::int64_t namesInIndex(std::int64_t length) {
     if (length == 0) return 1;
     return length / static_cast<std::int64_t>(device::dictionaryRecordSize);
@@ -45,15 +37,6 @@ std::size_t tornRecordLength(services::TextView index,
 services::Text backupLine(BackupMark mark, const device::DictionaryRecord& record) {
     return services::concatenate(static_cast<char>(mark), ' ', record.fileName, ' ',
                                  record.description);
-}
-
-services::Path unfinishedName(services::PathView trainingName) {
-    return services::concatenate(trainingName, unfinishedEnding);
-}
-
-bool isUnfinishedName(services::PathView name) {
-    return name.ends_with(unfinishedEnding) &&
-           device::isTrainingName(name.substr(0, name.size() - unfinishedEnding.size()));
 }
 
 }  // namespace files

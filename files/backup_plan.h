@@ -8,7 +8,6 @@
 
 #include "device/dictionary_record.h"
 #include "services/text/latin1.h"
-#include "services/text/paths.h"
 
 namespace files {
 
@@ -33,11 +32,5 @@ enum class BackupMark : char { present = '*', copied = '+', failed = '-' };
 
 // The training's line of the report, without its end.
 services::Text backupLine(BackupMark mark, const device::DictionaryRecord& record);
-
-// The name under which a training file is written until its copy is complete: no training's.
-services::Path unfinishedName(services::PathView trainingName);
-
-// True for a name that unfinishedName makes: what an interrupted backup left behind.
-bool isUnfinishedName(services::PathView name);
 
 }  // namespace files

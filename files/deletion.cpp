@@ -1,11 +1,12 @@
 #include "files/deletion.h"
 
 #include <algorithm>
+#include <vector>
 
 #include "device/device_state.h"
 #include "device/dictionary.h"
 #include "device/training_names.h"
-#include "services/disk/file_moves.h"
+#include "services/disk/durable_names.h"
 #include "services/disk/memory.h"
 #include "services/requesters.h"
 
@@ -31,14 +32,18 @@ void deleteChosenTrainings() {
         device::loadDictionary();
         return;
     }
-    for (const device::DictionaryRecord& record : device::state.dictionary) {
-        // By its bare name in the working directory, and nothing but a training file.
-        if (!isChosen(record) || !device::isTrainingName(record.fileName)) continue;
-        // Where memory ran out the deletion failed like any other.
-        static_cast<void>(
-            services::withinMemory([&record] { services::deleteRegularFile(record.fileName); }));
-    }
+    // The index first: interrupted, it must not list a training whose file is going.
     device::saveDictionary(device::SaveMode::unselected);
+    // Where memory ran out the deletion failed like any other.
+    static_cast<void>(services::withinMemory([&isChosen] {
+        std::vector<services::Path> names;
+        for (const device::DictionaryRecord& record : device::state.dictionary) {
+            // By its bare name in the working directory, and nothing but a training file.
+            if (isChosen(record) && device::isTrainingName(record.fileName))
+                names.push_back(record.fileName);
+        }
+        services::deleteForGood(names);
+    }));
     device::loadDictionary();
 }
 

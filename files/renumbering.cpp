@@ -10,7 +10,6 @@
 #include "files/renumber_plan.h"
 #include "files/report_window.h"
 #include "files/training_order.h"
-#include "services/disk/file_moves.h"
 #include "services/disk/memory.h"
 #include "services/disk/whole_files.h"
 #include "services/requesters.h"
@@ -34,9 +33,14 @@ bool isUnlocked() {
     return device::state.renumberingEnabled == 1;
 }
 
+// A file that the card tells nothing of may have the name: it is passed by like a foreign one.
+bool isPassedBy(const RenumberStep& step) {
+    return step.renames && device::hasUntoldName(step.newName);
+}
+
 // What is not there can't be renamed.
 bool canBeRenamed(const RenumberStep& step) {
-    return step.renames && device::isTrainingName(step.oldName) &&
+    return step.renames && !isPassedBy(step) && device::isTrainingName(step.oldName) &&
            services::presenceOf(step.oldName) != services::Presence::missing;
 }
 
@@ -53,7 +57,7 @@ std::vector<services::Text> namesAfter(const std::vector<RenumberStep>& steps) {
     std::vector<services::Text> names;
     names.reserve(steps.size());
     for (const RenumberStep& step : steps)
-        names.push_back(step.renames ? step.newName : step.oldName);
+        names.push_back(step.renames && !isPassedBy(step) ? step.newName : step.oldName);
     return names;
 }
 
@@ -67,7 +71,7 @@ void renameTrainings() {
     auto& records = device::state.dictionary;
     sortTrainings(records, SortMode::byDate);
     const std::vector<RenumberStep> steps = planRenumbering(records);
-    const std::vector<device::PendingName> pending = pendingNames(steps);
+    std::vector<device::PendingName> pending = pendingNames(steps);
     std::vector<services::Text> names = namesAfter(steps);
     exchangeNames(names);
     // Without room for what completes an interrupted renumbering every file keeps its name.
@@ -79,7 +83,9 @@ void renameTrainings() {
         if (announced && next != pending.end() && next->record == i) {
             // A rename that fails goes unnoticed here. No file is lost by that: none is ever
             // replaced, and loading the index finds the name that the file has.
-            services::renameFile(steps[i].oldName, steps[i].newName);
+            device::moveTraining({}, {.oldName = steps[i].oldName,
+                                      .newName = steps[i].newName,
+                                      .isByCopying = next->isByCopying});
             ++next;
         }
         addReportLine(renumberLine(steps[i]));

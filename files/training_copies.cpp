@@ -7,11 +7,11 @@
 
 #include "device/device_state.h"
 #include "device/dictionary.h"
+#include "device/index_recovery.h"
 #include "device/training_names.h"
 #include "services/disk/endings.h"
 #include "services/disk/file_copies.h"
-#include "services/disk/file_moves.h"
-#include "services/disk/numbered_files.h"
+#include "services/disk/whole_files.h"
 #include "services/text/text.h"
 #include "services/windows.h"
 
@@ -28,9 +28,10 @@ struct Group {
 };
 
 struct Backup {
-    int indexFile = 0;
+    services::Text index;
     services::Path directory;
-    bool isCardGone = false;  // what lies in the slot by now is not what was loaded
+    std::vector<std::size_t> unlisted;  // records whose files are there, but not yet in the index
+    bool isCardGone = false;            // what lies in the slot by now is not what was loaded
 };
 
 const services::Text& nameOf(std::size_t record) {
@@ -52,25 +53,25 @@ void addTraining(Group& group, std::size_t record, const services::Path& directo
     const services::Text& name = nameOf(record);
     const bool isName = device::isTrainingName(name);
     services::addCopy(group.copies, name, isName ? services::concatenate(directory, name) : "",
-                      services::concatenate(directory, unfinishedName(name)));
+                      services::concatenate(directory, device::unfinishedName(name)));
     group.records.push_back(record);
 }
 
 // All of the records or, with the index as it was, none.
-bool appendRecords(const Backup& backup, std::span<const std::size_t> records) {
+bool appendRecords(Backup& backup, std::span<const std::size_t> records) {
     // Behind everything, stray bytes of an odd last record included.
-    const std::int64_t end = services::lengthOfFile(backup.indexFile);
-    if (services::seekFile(backup.indexFile, end) &&
-        device::writeDictionaryRecords(backup.indexFile, records) &&
-        services::flushFile(backup.indexFile)) {
-        return true;
+    services::Text longer = backup.index;
+    if (!device::appendDictionaryRecords(longer, records) ||
+        !services::replaceWholeFile(
+            services::concatenate(backup.directory, indexName),
+            services::concatenate(backup.directory, device::unfinishedIndexName), longer)) {
+        return false;
     }
-    // A piece of a record would shift all that are appended later.
-    if (end >= 0) services::cutFile(services::concatenate(backup.directory, indexName), end);
-    return false;
+    backup.index = std::move(longer);
+    return true;
 }
 
-void appendRecords(const Backup& backup, std::span<const std::size_t> records,
+void appendRecords(Backup& backup, std::span<const std::size_t> records,
                    std::vector<BackupMark>& marks) {
     if (records.empty()) return;
     if (appendRecords(backup, records)) {
@@ -83,7 +84,14 @@ void appendRecords(const Backup& backup, std::span<const std::size_t> records,
         appendRecords(backup, records.subspan(i, 1), marks);
 }
 
-void completeGroup(Group& group, Backup& backup, std::vector<BackupMark>& marks) {
+// A long index is not written anew for each group: together that would take time with the square of
+// its length.
+bool isWorthListing(const Backup& backup) {
+    constexpr std::size_t share = 32;
+    return backup.unlisted.size() * share * device::dictionaryRecordSize >= backup.index.size();
+}
+
+void completeGroup(Group& group, Backup& backup) {
     const std::vector<std::size_t> records = std::exchange(group.records, {});
     if (records.empty()) return;
     // Another card may lie in the slot by now, with other trainings under the same names.
@@ -93,40 +101,46 @@ void completeGroup(Group& group, Backup& backup, std::vector<BackupMark>& marks)
         return;
     }
     const std::vector<bool> copied = services::completeCopies(group.copies);
-    std::vector<std::size_t> there;
     for (std::size_t i = 0; i < records.size(); ++i) {
-        if (copied[i]) there.push_back(records[i]);
+        if (copied[i]) backup.unlisted.push_back(records[i]);
     }
-    appendRecords(backup, there, marks);
 }
 
 }  // namespace
 
-void copyTrainings(const std::vector<bool>& missing, int backupIndexFile,
+void copyTrainings(const std::vector<bool>& missing, services::Text index,
                    const services::Path& directory, const TellMark& tell,
                    const GroupLimits& limits) {
-    Backup backup = {.indexFile = backupIndexFile, .directory = directory};
+    Backup backup = {.index = std::move(index), .directory = directory, .unlisted = {}};
     Group group;
     std::vector<BackupMark> marks;  // of records that are told when their group is complete
     for (const bool isMissing : missing)
         marks.push_back(isMissing ? BackupMark::failed : BackupMark::present);
     std::size_t told = 0;
     const auto tellUntil = [&](std::size_t end) {
-        completeGroup(group, backup, marks);
+        appendRecords(backup, std::exchange(backup.unlisted, {}), marks);
         for (; told < end; ++told)
             tell(told, marks[told]);
     };
+    const auto completeUntil = [&](std::size_t end) {
+        completeGroup(group, backup);
+        if (isWorthListing(backup)) tellUntil(end);
+    };
+    const auto finishAt = [&](std::size_t end) {
+        completeGroup(group, backup);
+        tellUntil(end);
+    };
     const auto copyAll = [&] {
         for (std::size_t i = 0; i < missing.size(); ++i) {
-            if (services::isEndingAsked()) return tellUntil(i);
+            if (services::isEndingAsked()) return finishAt(i);
             if (missing[i] && !backup.isCardGone) {
-                if (isFull(group, limits) || hasNameOf(group, i)) tellUntil(i);
+                if (isFull(group, limits) || hasNameOf(group, i)) completeUntil(i);
                 addTraining(group, i, directory);
                 services::letWindowsRepaint();
             }
-            if (group.records.empty()) tellUntil(i + 1);
+            if (group.records.empty() && backup.unlisted.empty()) tellUntil(i + 1);
         }
-        tellUntil(missing.size());
+        finishAt(missing.size());
     };
     try {
         copyAll();

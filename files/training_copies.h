@@ -1,7 +1,9 @@
 // Copying trainings into a backup, group by group.
 //
 // A record is appended to the backup's index when its training file is there, complete and on the
-// disk. The disk is waited for once a group: files, names and records each.
+// disk. The disk is waited for once a group: files, names and records each. The index is replaced
+// in one step by one with more records: on FAT one that grows in place may come to the disk with
+// its new length and without what was written.
 #pragma once
 
 #include <cstddef>
@@ -9,6 +11,7 @@
 #include <vector>
 
 #include "files/backup_plan.h"
+#include "services/text/latin1.h"
 #include "services/text/paths.h"
 
 namespace files {
@@ -24,13 +27,14 @@ struct GroupLimits {
 using TellMark = std::function<void(std::size_t record, BackupMark mark)>;
 
 // Copies the trainings that are missing, one bool for each record of the table, into `directory`
-// and appends their records to the open backup index there. The index only grows by whole records;
+// and appends their records to the backup's index there, which is `index` so far. It only grows by
+// whole records;
 // the copy of a training whose record could not be appended may stay, which a later backup finds.
 //
 // The trainings of a group are taken only if the index of the working directory is then still the
 // one that was loaded: from another card comes nothing, and all that are left count as failed.
 // Throws when memory runs short, with the group at work dropped.
-void copyTrainings(const std::vector<bool>& missing, int backupIndexFile,
+void copyTrainings(const std::vector<bool>& missing, services::Text index,
                    const services::Path& directory, const TellMark& tell,
                    const GroupLimits& limits = {});
 

@@ -4,7 +4,7 @@
 #include <span>
 #include <utility>
 
-#include "services/disk/directories.h"
+#include "services/disk/durable_names.h"
 #include "services/disk/file_kinds.h"
 #include "services/disk/file_moves.h"
 #include "services/disk/memory.h"
@@ -55,13 +55,17 @@ bool hasBlock(CopyGroup& group) {
     return withinMemory([&group] { group.block.resize(copyBlockSize); });
 }
 
+void removeTemporary(const FileCopy& copy) {
+    if (!copy.temporary.empty()) deleteForGood(copy.temporary);
+}
+
 bool writeCopy(CopyGroup& group, OpenFile source, FileCopy& copy) {
     const OpenFile target = openRegularFile(copy.temporary, Opening::createNew);
     if (target == noFile) return false;
     const std::int64_t length = copyContent(source, target, group.block);
     if (length < 0) {
         closeOpenFile(target);
-        deleteFile(copy.temporary);
+        removeTemporary(copy);
         return false;
     }
     keepModificationTime(source, target);
@@ -98,21 +102,75 @@ bool flushAtOnce(std::span<FileCopy> copies) {
     return areFlushed;
 }
 
+// Reads the copy from the disk and not from the memory that it was written into.
+bool isAsItsSource(const FileCopy& copy) {
+    dropFromMemory(copy.file);
+    const OpenFile source = openRegularFile(copy.source, Opening::readItself);
+    if (source == noFile) return false;
+    const bool isSame = seekInOpenFile(copy.file, 0) && haveSameContent(source, copy.file);
+    closeOpenFile(source);
+    return isSame;
+}
+
 // True when the copy is on the disk.
 bool closeCopy(FileCopy& copy, bool isFlushed) {
     if (copy.file == noFile) return false;
     const bool flushed = !copy.isLost && (isFlushed || flushOpenFile(copy.file));
+    const bool isSame = flushed && isAsItsSource(copy);
     const bool closed = closeOpenFile(copy.file);
     copy.file = noFile;
-    if (flushed && closed) return true;
-    if (!copy.temporary.empty()) deleteFile(copy.temporary);
+    if (isSame && closed) return true;
+    removeTemporary(copy);
     return false;
 }
 
 bool nameCopy(const FileCopy& copy) {
     if (copy.temporary.empty() || renameFile(copy.temporary, copy.target)) return true;
-    deleteFile(copy.temporary);
+    removeTemporary(copy);
     return false;
+}
+
+// The directory, and on FAT then each file under its new name: before that it may stand for no
+// bytes. The other way round both names could stand for the same, and the old one could not be
+// removed any more. False for a file that may not be on the disk; all of them are false when the
+// directory could not be flushed.
+void flushNames(std::span<FileCopy> copies, std::vector<bool>& complete) {
+    const auto any = std::find(complete.begin(), complete.end(), true);
+    if (any == complete.end()) return;
+    const Path& target = copies[static_cast<std::size_t>(any - complete.begin())].target;
+    if (!flushDirectoryOf(target)) {
+        complete.assign(copies.size(), false);
+        return;
+    }
+    if (renamesInOneStep(directoryOf(target))) return;
+    for (std::size_t i = 0; i < copies.size(); ++i) {
+        if (complete[i]) copies[i].file = openRegularFile(copies[i].target, Opening::readItself);
+    }
+    const bool areFlushed = copies.size() > 1 && flushAtOnce(copies);
+    for (std::size_t i = 0; i < copies.size(); ++i) {
+        if (!complete[i]) continue;
+        complete[i] = copies[i].file != noFile && !copies[i].isLost &&
+                      (areFlushed || flushOpenFile(copies[i].file));
+        if (copies[i].file != noFile) closeOpenFile(copies[i].file);
+    }
+}
+
+// True when nothing has the name, or what a rename on FAT has left that was cut off before the name
+// got its bytes: then it goes.
+bool isFree(const Path& target, OpenFile source) {
+    switch (kindOf(target, LinksAre::refused)) {
+        case FileKind::missing:
+            return true;
+        case FileKind::regular:
+            break;
+        default:
+            return false;
+    }
+    if (renamesInOneStep(directoryOf(target)) || lengthOfOpenFile(source) == 0) return false;
+    const FileDigest digest = digestOfFile(target, LinksAre::refused);
+    if (digest.state != WholeFile::State::read || digest.length > 0) return false;
+    deleteForGood(target);
+    return kindOf(target, LinksAre::refused) == FileKind::missing;
 }
 
 }  // namespace
@@ -122,11 +180,11 @@ bool addCopy(CopyGroup& group, PathView source, PathView target, PathView tempor
     if (!isUsablePath(target) || !isUsablePath(temporary) || !hasBlock(group)) return false;
     const OpenFile opened = openRegularFile(source, Opening::readItself);
     if (opened == noFile) return false;
+    copy.source = source;
     copy.target = target;
     copy.temporary = temporary;
-    const bool added = kindOf(copy.target, LinksAre::refused) == FileKind::missing
-                           ? writeCopy(group, opened, copy)
-                           : takeExisting(opened, copy);
+    const bool added =
+        isFree(copy.target, opened) ? writeCopy(group, opened, copy) : takeExisting(opened, copy);
     closeOpenFile(opened);
     return added;
 }
@@ -141,12 +199,9 @@ std::vector<bool> completeCopies(CopyGroup& group) {
     const bool areFlushed = copies.size() > 1 && flushAtOnce(copies);
     for (FileCopy& copy : copies)
         complete.push_back(closeCopy(copy, areFlushed));
-    const FileCopy* named = nullptr;
-    for (std::size_t i = 0; i < copies.size(); ++i) {
+    for (std::size_t i = 0; i < copies.size(); ++i)
         complete[i] = complete[i] && nameCopy(copies[i]);
-        if (complete[i]) named = &copies[i];
-    }
-    if (named != nullptr && !flushDirectoryOf(named->target)) complete.assign(copies.size(), false);
+    flushNames(copies, complete);
     return complete;
 }
 
@@ -154,7 +209,7 @@ void dropCopies(CopyGroup& group) {
     for (const FileCopy& copy : group.copies) {
         if (copy.file == noFile) continue;
         closeOpenFile(copy.file);
-        if (!copy.temporary.empty()) deleteFile(copy.temporary);
+        removeTemporary(copy);
     }
     group.copies.clear();
     group.bytes = 0;

@@ -2,9 +2,11 @@
 //
 // Every copy is written under a temporary name beside its target and gets the target's name when it
 // is complete and on the disk, so that no half copy ever stands under that name, whatever happens.
-// An existing target is never written: one of the same content counts as copied, any other as a
-// failure. Only regular files are copied and no link is followed to the source. The modification
-// time is kept.
+// Before that it is read back from the disk and compared with its source: a disk that keeps other
+// bytes than it was given has no copy. An existing target is never written: one of the same content
+// counts as copied, any other as a failure, but for one of no bytes on FAT (renamesInOneStep),
+// which is what a rename leaves there that was cut off. Only regular files are copied and no link
+// is followed to the source. The modification time is kept.
 #pragma once
 
 #include <cstddef>
@@ -17,6 +19,7 @@
 namespace services {
 
 struct FileCopy {
+    Path source;
     Path target;
     Path temporary;          // empty when the target was there already
     OpenFile file = noFile;  // what is to come to the disk; noFile when there is no such file

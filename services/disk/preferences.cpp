@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "services/disk/directories.h"
+#include "services/disk/durable_names.h"
 #include "services/disk/file_kinds.h"
 #include "services/disk/file_moves.h"
 #include "services/disk/memory.h"
@@ -40,7 +41,7 @@ Path temporaryPath(PathView path) {
     return concatenate(path, temporaryEnding, integerToText(processNumber()));
 }
 
-// Removes what saves have left that were cut off, but nothing of a program that still runs.
+// Settles what saves have left that were cut off, but nothing of a program that still runs.
 void removeLeftovers(PathView path) {
     const std::size_t nameStart = path.rfind('/') + 1;
     const PathView directory = path.substr(0, nameStart);
@@ -49,14 +50,16 @@ void removeLeftovers(PathView path) {
         if (!name.starts_with(beginning)) continue;
         const PathView digits = PathView(name).substr(beginning.size());
         if (digits.empty() || digits.find_first_not_of("0123456789") != PathView::npos) continue;
-        if (isProcessGone(textToInteger(digits))) deleteRegularFile(concatenate(directory, name));
+        const Path leftover = concatenate(directory, name);
+        if (isProcessGone(textToInteger(digits)) && isRegularFile(leftover))
+            settleLeftover(leftover, path);
     }
 }
 
 // A new empty file, opened for writing. A leftover of that name from a run that was cut off is
 // removed.
-OpenFile createTemporaryFile(PathView temporary, OpenError& error) {
-    deleteFile(temporary);
+OpenFile createTemporaryFile(PathView temporary, PathView path, OpenError& error) {
+    settleLeftover(temporary, path);
     return openRegularFile(temporary, Opening::createNew, &error);
 }
 
@@ -116,7 +119,7 @@ bool createPreferences(Preferences& preferences, PathView path) {
     if (kind == FileKind::directory || kind == FileKind::other) return false;
     removeLeftovers(created.path);
     OpenError error = OpenError::none;
-    OpenFile file = createTemporaryFile(created.unfinished, error);
+    OpenFile file = createTemporaryFile(created.unfinished, created.path, error);
     if (error == OpenError::refused) {
         created.inPlace = true;
         created.unfinished.clear();

@@ -24,7 +24,7 @@ enum class Opening {
     writeItself,   // the same, but a link is not followed
     update,        // for reading and writing, created when missing
     updateItself,  // the same, but a link is not followed
-    createNew,     // for writing; only where nothing has the name
+    createNew,     // for reading and writing; only where nothing has the name
 };
 
 // noFile for everything but a regular file that could be opened. Anything else is not even opened
@@ -74,12 +74,24 @@ struct FileToFlush {
 };
 bool flushTogether(std::span<FileToFlush> files);
 
+// Lets go of what memory holds of a file that is on the disk, so that reading it reads the disk.
+void dropFromMemory(OpenFile file);
+
 // Waits until the names in a directory are on the disk. Many file systems can't do that for
 // directories and say so: only a failing disk counts as a failure.
 bool flushDirectory(PathView directory);
 
 // Gives a file another name, which replaces what has that name.
 bool replaceFile(PathView from, PathView to);
+
+// True where a file that gets another name is there whole under one of both whenever the power
+// goes. False for FAT and its like: there a name holds the length of its file and where it lies,
+// the names of a rename come to the disk one by one, the new one without those two, and with both
+// names there removing one frees what the other stands for. Empty: the working directory.
+bool renamesInOneStep(PathView directory);
+
+// How much more can be written in a directory, in bytes; -1 when it can't be told.
+std::int64_t freeBytes(PathView directory);
 
 // The number of this process, and whether one is known to be there no longer.
 std::int64_t processNumber();

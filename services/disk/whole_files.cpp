@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <array>
 
-#include "services/disk/directories.h"
+#include "services/disk/durable_names.h"
 #include "services/disk/memory.h"
 #include "services/disk/system_files.h"
 
@@ -22,12 +22,12 @@ bool readAll(OpenFile file, std::string& bytes) {
     return readFully(file, std::as_writable_bytes(std::span(bytes))) == length;
 }
 
-bool digestAll(OpenFile file, FileDigest& digest) {
+bool digestAll(OpenFile file, std::uint64_t atMost, FileDigest& digest) {
     const std::int64_t length = lengthOfOpenFile(file);
-    if (length < 0 || static_cast<std::uint64_t>(length) > longestFile) return false;
-    digest = {.state = WholeFile::State::read,
-              .length = static_cast<std::uint64_t>(length),
-              .hash = emptyHash};
+    if (length < 0) return false;
+    const std::uint64_t counted = std::min(static_cast<std::uint64_t>(length), atMost);
+    if (counted > longestFile) return false;
+    digest = {.state = WholeFile::State::read, .length = counted, .hash = emptyHash};
     std::array<std::byte, digestBlockSize> block;
     for (std::uint64_t left = digest.length; left > 0;) {
         const auto asked = static_cast<std::size_t>(std::min<std::uint64_t>(left, block.size()));
@@ -63,8 +63,6 @@ OpenedFile openToRead(PathView path, LinksAre links) {
 }
 
 bool writeNewFile(PathView path, std::string_view bytes) {
-    // Whatever bears the name is of a run that was cut off; a link goes, not what it leads to.
-    deleteFile(path);
     const OpenFile file = openRegularFile(path, Opening::createNew);
     if (file == noFile) return false;
     const bool written = writeFully(file, std::as_bytes(std::span(bytes))) && flushOpenFile(file);
@@ -98,12 +96,12 @@ WholeFile readWholeFile(PathView path, LinksAre links) {
     return file;
 }
 
-FileDigest digestOfFile(PathView path, LinksAre links) {
+FileDigest digestOfFile(PathView path, LinksAre links, std::uint64_t atMost) {
     FileDigest digest;
     const OpenedFile opened = openToRead(path, links);
     digest.state = opened.state;
     if (opened.file == noFile) return digest;
-    const bool read = digestAll(opened.file, digest);
+    const bool read = digestAll(opened.file, atMost, digest);
     if (!read) digest = {.state = WholeFile::State::unreadable};
     closeOpenFile(opened.file);
     return digest;
@@ -111,10 +109,22 @@ FileDigest digestOfFile(PathView path, LinksAre links) {
 
 bool replaceWholeFile(PathView path, PathView temporary, std::string_view bytes) {
     if (!isUsablePath(path) || !isUsablePath(temporary)) return false;
-    if (writeNewFile(temporary, bytes) && replaceFile(temporary, path))
-        return flushDirectoryOf(path);
-    deleteFile(temporary);
-    return false;
+    settleLeftover(temporary, path);
+    const bool inOneStep = renamesInOneStep(directoryOf(path));
+    // On FAT the name is as long as several entries, which may lie in two sectors.
+    if (!writeNewFile(temporary, bytes) || (!inOneStep && !flushDirectoryOf(path))) {
+        deleteForGood(temporary);
+        return false;
+    }
+    // Held, the old file keeps its place until the disk has the name that leads to the new one.
+    const OpenFile old = inOneStep ? noFile : openRegularFile(path, Opening::readItself);
+    const bool replaced = replaceFile(temporary, path);
+    // On FAT the old name goes first: both at once would stand for the same bytes. Until the file
+    // is flushed under its new name that stands for the old file, or for none.
+    const bool flushed = replaced && flushDirectoryOf(path) && (inOneStep || flushPath(path));
+    if (old != noFile) closeOpenFile(old);
+    if (!replaced) deleteForGood(temporary);
+    return flushed;
 }
 
 bool flushPath(PathView path) {
@@ -126,8 +136,7 @@ bool flushPath(PathView path) {
 }
 
 bool flushDirectoryOf(PathView path) {
-    // No slash: npos + 1 is 0, and the empty directory is the working directory.
-    return flushDirectory(path.substr(0, path.rfind('/') + 1));
+    return flushDirectory(directoryOf(path));
 }
 
 std::uint64_t hashOf(std::string_view bytes, std::uint64_t before) {

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstdint>
+#include <limits>
 #include <string>
 #include <string_view>
 
@@ -36,13 +37,16 @@ struct FileDigest {
     std::uint64_t length = 0;  // 0 unless read
     std::uint64_t hash = 0;    // hashOf all bytes; 0 unless read
 };
-FileDigest digestOfFile(PathView path, LinksAre links);
+// Of a file that is longer only the first `atMost` bytes count.
+FileDigest digestOfFile(PathView path, LinksAre links,
+                        std::uint64_t atMost = std::numeric_limits<std::uint64_t>::max());
 
 // Writes the bytes as `temporary` in the same directory, waits until they are on the disk, and only
 // then gives them the name `path`; what had it, a link included, is replaced. True when the new
 // file and its name are on the disk. On false the old file is there as it was, or the new one is
-// (when only the directory could not be flushed), and nothing is left under the temporary name.
-// What lies there of an earlier run is replaced.
+// (when only its name could not be flushed), and nothing is left under the temporary name. What
+// lies there of an earlier run goes (settleLeftover). Whenever the power goes, an old file is there
+// whole until the new one is; where there was none the name may stand for no bytes.
 bool replaceWholeFile(PathView path, PathView temporary, std::string_view bytes);
 
 // Waits until the file is on the disk. True on success.

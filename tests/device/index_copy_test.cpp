@@ -47,8 +47,15 @@ Names namesOf(const std::vector<std::uint64_t>& numbers) {
     return names;
 }
 
+// No file that was renamed is looked into.
+bool isNeverWhole(const std::string& name, const device::PendingRename&) {
+    ADD_FAILURE() << name;
+    return false;
+}
+
 Outcomes outcomes(const IndexCopy& copy, const Names& there) {
-    return device::outcomesOf(copy, [&](const auto& name) { return there.contains(name); });
+    return device::outcomesOf(
+        copy, [&](const auto& name) { return there.contains(name); }, isNeverWhole);
 }
 
 std::string repaired(const IndexCopy& copy, const std::optional<std::string>& present,
@@ -57,7 +64,8 @@ std::string repaired(const IndexCopy& copy, const std::optional<std::string>& pr
     const auto isThere = [&](const auto& name) { return names.contains(name); };
     std::optional<std::string_view> view;
     if (present) view = *present;
-    return device::repairedIndex(copy, device::outcomesOf(copy, isThere), view, isThere);
+    return device::repairedIndex(copy, device::outcomesOf(copy, isThere, isNeverWhole), view,
+                                 isThere);
 }
 
 TEST(IndexCopies, ComeBackAsTheyWere) {

@@ -330,6 +330,12 @@ TEST_F(DeletionFaults, LoseNothingWhenTheFirstIsChosen) {
     tryDeleting("delete the first of two", {{7, true}, {3}});
 }
 
+TEST_F(DeletionFaults, LoseNoTrainingOnFat) {
+    fault_injector::pretendFat(true);
+    tryDeleting("delete two of five on FAT", {{1}, {2, true}, {3}, {4, true}, {5}});
+    fault_injector::pretendFat(false);
+}
+
 class RenumberingFaults : public CommandFaults {
   protected:
     void tryRenumbering(const char* command, const std::vector<Training>& list) {
@@ -371,6 +377,14 @@ TEST_F(RenumberingFaults, LoseNothingWhereTheFileSystemHasPlainRenamesOnly) {
     fault_injector::pretendPlainFileSystem(true);
     tryRenumbering("renumber by plain renames", {{1}, {5}, {0x20}, {0x21}, {0x22}});
     fault_injector::pretendPlainFileSystem(false);
+}
+
+// Where a rename could lose the file each gets its new name by a copy.
+TEST_F(RenumberingFaults, LoseNothingWhereFilesAreCopied) {
+    foreign = {{nameOf(3), "foreign"}};
+    fault_injector::pretendFat(true);
+    tryRenumbering("renumber by copies", {{1}, {5}, {0x20}, {0x21}, {0x22}});
+    fault_injector::pretendFat(false);
 }
 
 // The card gives a wrong answer or none while the index is loaded, and works again when the user
@@ -470,6 +484,13 @@ TEST_F(TwoMisfortunes, RenumberingThenDeletingLoseNothing) {
     foreign = {{nameOf(2), "foreign"}};
     tryPairs("renumber, then delete", {{1}, {5}, {0x20, true}, {0x21}}, renumberTrainings,
              deleteTrainings);
+}
+
+TEST_F(TwoMisfortunes, RenumberingByCopiesTwiceLosesNothing) {
+    fault_injector::pretendFat(true);
+    tryPairs("renumber by copies, twice", {{1}, {5}, {6}, {7}}, renumberTrainings,
+             renumberTrainings);
+    fault_injector::pretendFat(false);
 }
 
 TEST_F(TwoMisfortunes, RenumberingTwiceLosesNothing) {
@@ -615,6 +636,12 @@ class BackupFaults : public CommandFaults {
 
     std::string before;  // the backup's index
 };
+
+TEST_F(BackupFaults, LeaveABackupOnFatThatASecondRunCompletes) {
+    fault_injector::pretendFat(true);
+    tryBackup("back up onto FAT", {{1}, {5}, {9}}, 1);
+    fault_injector::pretendFat(false);
+}
 
 TEST_F(BackupFaults, LeaveANewBackupThatASecondRunCompletes) {
     tryBackup("back up into nothing", {{1}, {5}, {9}}, 0);

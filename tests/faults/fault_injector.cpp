@@ -3,8 +3,10 @@
 #include <dirent.h>
 #include <dlfcn.h>
 #include <fcntl.h>
+#include <linux/magic.h>
 #include <sys/file.h>
 #include <sys/stat.h>
+#include <sys/statvfs.h>
 #include <sys/vfs.h>
 #include <unistd.h>
 
@@ -31,6 +33,7 @@ constexpr int nameLimit = 20'000;
 struct Injector {
     bool armed = false;
     bool plain = false;
+    bool isFat = false;
     int calls = 0;
     Fault fault;
     const char* names[nameLimit] = {};
@@ -106,6 +109,10 @@ void arm(const Fault& fault) {
 
 void pretendPlainFileSystem(bool plain) {
     injector.plain = plain;
+}
+
+void pretendFat(bool isFat) {
+    injector.isFat = isFat;
 }
 
 void armMemory(int at, bool goesOn) {
@@ -256,7 +263,24 @@ int syncfs(int descriptor) noexcept {
 }
 
 int fstatfs(int descriptor, struct statfs* status) noexcept {
-    return callOrFail<int(int, struct statfs*)>("fstatfs", descriptor, status);
+    const int result = callOrFail<int(int, struct statfs*)>("fstatfs", descriptor, status);
+    if (result == 0 && injector.isFat) status->f_type = MSDOS_SUPER_MAGIC;
+    return result;
+}
+
+int statfs(const char* path, struct statfs* status) noexcept {
+    const int result = callOrFail<int(const char*, struct statfs*)>("statfs", path, status);
+    if (result == 0 && injector.isFat) status->f_type = MSDOS_SUPER_MAGIC;
+    return result;
+}
+
+int statvfs(const char* path, struct statvfs* status) noexcept {
+    return callOrFail<int(const char*, struct statvfs*)>("statvfs", path, status);
+}
+
+int posix_fadvise(int descriptor, off_t offset, off_t length, int advice) noexcept {
+    return callOrFail<int(int, off_t, off_t, int)>("posix_fadvise", descriptor, offset, length,
+                                                   advice);
 }
 
 int ftruncate(int descriptor, off_t length) noexcept {

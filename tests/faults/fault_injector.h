@@ -40,6 +40,10 @@ void arm(const Fault& fault);
 // there, as those of many cards; until it is called with false.
 void pretendPlainFileSystem(bool plain);
 
+// From now on, armed or not, the file system calls itself one of the FAT family; until it is called
+// with false.
+void pretendFat(bool isFat);
+
 // The same for memory: every allocation is counted from 0, and the one of number `at` (and all
 // later ones, when it goes on) finds none. Never with at = -1.
 void armMemory(int at, bool goesOn);

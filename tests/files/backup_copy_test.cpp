@@ -11,6 +11,7 @@
 
 #include "device/device_tree.h"
 #include "device/index_recovery.h"
+#include "device/training_names.h"
 #include "files/backup_plan.h"
 #include "files/report_window.h"
 #include "services/disk/directories.h"
@@ -262,14 +263,14 @@ TEST_F(BackupCopy, ARecordThatCanNotBeAppendedWholeIsTakenBack) {
 
 TEST_F(BackupCopy, LeftoversOfAnInterruptedCopyAreRemovedAndNothingElse) {
     useCard({recordOf(1, 1)});
-    writeBytes(backup / files::unfinishedName(nameOf(1)), "half");
-    writeBytes(backup / files::unfinishedName(nameOf(99)), "half");
-    writeBytes(backup / files::unfinishedName("notes"), "precious");
+    writeBytes(backup / device::unfinishedName(nameOf(1)), "half");
+    writeBytes(backup / device::unfinishedName(nameOf(99)), "half");
+    writeBytes(backup / device::unfinishedName("notes"), "precious");
     writeBytes(backup / nameOf(98), "precious");
     copyAndClose();
     EXPECT_EQ(lines(), line('+', 1));
     EXPECT_EQ(namesIn(backup), (std::set<std::string>{"dictionary.2", nameOf(1), nameOf(98),
-                                                      files::unfinishedName("notes")}));
+                                                      device::unfinishedName("notes")}));
 }
 
 TEST_F(BackupCopy, AMissingBackupDirectoryIsReported) {

@@ -55,16 +55,4 @@ TEST(BackupPlan, ALineIsMarkNameAndDescription) {
     EXPECT_EQ(files::backupLine(files::BackupMark::failed, {}), "-  ");
 }
 
-TEST(BackupPlan, OnlyOwnUnfinishedCopiesAreKnownAsSuch) {
-    const std::string own = files::unfinishedName("0000000000004A3f");
-    EXPECT_TRUE(files::isUnfinishedName(own));
-    EXPECT_FALSE(files::isUnfinishedName("0000000000004a3f"));
-    EXPECT_FALSE(files::isUnfinishedName("dictionary.2"));
-    EXPECT_FALSE(files::isUnfinishedName(""));
-    EXPECT_FALSE(files::isUnfinishedName(own.substr(1)));
-    EXPECT_FALSE(files::isUnfinishedName("0" + own));
-    EXPECT_FALSE(files::isUnfinishedName(own + "~"));
-    EXPECT_FALSE(files::isUnfinishedName(files::unfinishedName("mein Training 12")));
-}
-
 }  // namespace

@@ -50,7 +50,7 @@ class TrainingCopies : public FilesTest {
                      const std::function<void(std::size_t record)>& whenTold = {}) {
         std::string marks;
         EXPECT_TRUE(services::openFile(backupIndex, (backup / "dictionary.2").string()));
-        files::copyTrainings(missing, backupIndex, backup.string() + "/",
+        files::copyTrainings(missing, bytesOf(backup / "dictionary.2"), backup.string() + "/",
                              [&](std::size_t record, BackupMark mark) {
                                  EXPECT_EQ(record, marks.size());
                                  marks += static_cast<char>(mark);
@@ -97,7 +97,7 @@ TEST_F(TrainingCopies, AGroupEndsWithItsBytes) {
         ASSERT_EQ(bytesOf(nameOf(i)).size(), 60U);
     ASSERT_TRUE(services::openFile(backupIndex, (backup / "dictionary.2").string()));
     std::vector<std::uintmax_t> lengths;  // of the index when a record is told
-    files::copyTrainings({true, true, true, true}, backupIndex, backup.string() + "/",
+    files::copyTrainings({true, true, true, true}, {}, backup.string() + "/",
                          [&](std::size_t, BackupMark) {
                              lengths.push_back(fs::file_size(backup / "dictionary.2") / 152);
                          },

@@ -42,7 +42,10 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
 
     const std::string_view present = bytes.substr(cut);
     const auto isThere = [](const services::Text& name) { return name.back() % 2 == 0; };
-    const auto outcomes = device::outcomesOf(*copy, isThere);
+    const auto outcomes = device::outcomesOf(
+        *copy, isThere, [](const services::Text& name, const device::PendingRename& rename) {
+            return name.back() % 2 == 0 && rename.length % 2 == 0;
+        });
     for (const auto& index :
          {std::optional<std::string_view>(), std::optional(present),
           std::optional(std::string_view(copy->index)

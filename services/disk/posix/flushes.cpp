@@ -88,6 +88,14 @@ bool flushTogether(std::span<FileToFlush> files) {
 #endif
 }
 
+void dropFromMemory(OpenFile file) {
+#ifdef POSIX_FADV_DONTNEED
+    static_cast<void>(posix_fadvise(descriptorOf(file), 0, 0, POSIX_FADV_DONTNEED));
+#else
+    static_cast<void>(file);
+#endif
+}
+
 bool flushDirectory(PathView directory) {
     const Path path(directory.empty() ? PathView(".") : directory);
     const int descriptor = open(path.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);

@@ -35,7 +35,7 @@ int flagsOf(Opening opening) {
         case Opening::updateItself:
             return O_RDWR | O_CREAT | O_NOFOLLOW;
         case Opening::createNew:
-            return O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW;
+            return O_RDWR | O_CREAT | O_EXCL | O_NOFOLLOW;
     }
     return O_RDONLY;
 }
