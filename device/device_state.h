@@ -30,6 +30,10 @@ struct DeviceState {
     // have a file. They are not in the table, and saved with it.
     services::Text untoldRecords;
 
+    // The names of trainings whose renaming was cut off and whose file is under neither name: they
+    // are among the untold records, and the copy that remembers them stays.
+    std::vector<services::Text> cutOffNames;
+
     // What lay on the disk when the index was loaded last: its length and a hash of its bytes. Both
     // 0 when it was missing and a copy stood in for it, and after a load that failed.
     std::uint64_t indexLength = 0;

@@ -4,6 +4,7 @@
 #include "device/index_recovery.h"
 #include "services/disk/directories.h"
 #include "services/disk/endings.h"
+#include "services/disk/whole_files.h"
 #include "services/requesters.h"
 #include "services/text/text.h"
 
@@ -66,7 +67,8 @@ bool chooseBackupDirectory() {
     // Directories that exist already or can't be made are passed over: the backup copy itself tells
     // when it can't write.
     for (const services::PathView part : {"data", "data/result", "data/result/ergo_bike"}) {
-        services::createDirectory(services::concatenate(chosen, part));
+        const services::Path path = services::concatenate(chosen, part);
+        if (services::createDirectory(path)) services::flushDirectoryOf(path);
     }
     state.backupDirectory += treePath;
     return !chosen.empty();

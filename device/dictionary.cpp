@@ -2,6 +2,7 @@
 
 #include <optional>
 #include <utility>
+#include <vector>
 
 #include "device/dictionary_reading.h"
 #include "device/index_recovery.h"
@@ -33,6 +34,7 @@ struct Loaded {
     bool isOnDisk = true;
     bool isReadOnly = false;
     services::FileDigest copy;  // that lay beside it
+    std::vector<services::Text> cutOff;
 };
 
 bool tellsWholeTrainings(const IndexReading& reading, std::uint64_t length) {
@@ -44,15 +46,16 @@ Loaded readWhatThereIs() {
     Loaded loaded;
     const TakenUp taken = takeUpCopy({});
     loaded.copy = taken.left;
+    loaded.cutOff = taken.cutOff;
     if (taken.state == TakenUp::State::unwritten) {
         // The card takes no more writing; its trainings are all there nevertheless.
-        loaded.reading = readIndexBytes(taken.index);
+        loaded.reading = readIndexBytes(taken.index, loaded.cutOff);
         loaded.isOnDisk = false;
         return loaded;
     }
     if (taken.state == TakenUp::State::unreadableIndex) {
         // What the disk would give next time nobody knows: nothing is changed after the copy.
-        loaded.reading = readIndexBytes(taken.index);
+        loaded.reading = readIndexBytes(taken.index, loaded.cutOff);
         loaded.isOnDisk = false;
         loaded.isReadOnly = true;
         return loaded;
@@ -60,7 +63,7 @@ Loaded readWhatThereIs() {
     if (taken.state == TakenUp::State::unknown) return loaded;
     if (!services::readFile(indexFile, indexName)) return loaded;
     const std::int64_t length = services::lengthOfFile(indexFile);
-    loaded.reading = readIndexFile(indexFile, length);
+    loaded.reading = readIndexFile(indexFile, length, loaded.cutOff);
     services::closeFile(indexFile);
     loaded.length = static_cast<std::uint64_t>(length);
     const bool isCopyUnreadable = taken.state == TakenUp::State::unreadableCopy;
@@ -78,6 +81,7 @@ void takeEmptyTable() {
     state.dictionaryUnreadable = true;
     state.dictionaryReadOnly = false;
     state.untoldRecords = {};
+    state.cutOffNames = {};
     state.indexLength = 0;
     state.indexHash = 0;
     state.copyLength = 0;
@@ -96,6 +100,7 @@ void takeTable(Loaded loaded) {
     state.indexHash = loaded.reading->hash;
     state.dictionary = std::move(loaded.reading->kept);
     if (!loaded.isOnDisk) rememberIndexOnDisk();
+    state.cutOffNames = std::move(loaded.cutOff);
     state.copyLength = loaded.copy.length;
     state.copyHash = loaded.copy.hash;
 }

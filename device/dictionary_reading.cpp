@@ -30,6 +30,8 @@ struct Reading {
     // The training file looked for last: a damaged index names the same one again and again.
     services::Text lastName;
     services::FileLookup lastFound = services::FileLookup::missing;
+
+    CutOffNames cutOff = {};
 };
 
 // The text at the start of `bytes`, up to the first NUL, CR or LF. One without an end in the 64
@@ -49,6 +51,10 @@ services::FileLookup lookUpTrainingFile(const DictionaryRecord& record, Reading&
     if (record.fileName != reading.lastName) {
         reading.lastName = record.fileName;
         reading.lastFound = services::lookUpFile(record.fileName);
+        if (reading.lastFound == services::FileLookup::missing &&
+            std::ranges::find(reading.cutOff, record.fileName) != reading.cutOff.end()) {
+            reading.lastFound = services::FileLookup::untold;
+        }
     }
     return reading.lastFound;
 }
@@ -113,13 +119,15 @@ bool readAllRecords(const ReadIndex& read, std::int64_t length, Reading& reading
 }
 
 // Nothing when the index can't be read to its end.
-std::optional<IndexReading> readIndex(const ReadIndex& read, std::int64_t length) {
+std::optional<IndexReading> readIndex(const ReadIndex& read, std::int64_t length,
+                                      CutOffNames cutOff) {
     if (length < static_cast<std::int64_t>(dictionaryRecordSize)) return std::nullopt;
     if (static_cast<std::uint64_t>(length) > services::longestFile) return std::nullopt;
     std::optional<IndexReading> result;
     static_cast<void>(services::withinMemory([&] {
         Reading reading;
         reading.runOnLeft = static_cast<std::uint64_t>(length);
+        reading.cutOff = cutOff;
         if (!readAllRecords(read, length, reading)) return;
         std::stable_sort(reading.index.kept.begin(), reading.index.kept.end(),
                          [](const auto& a, const auto& b) { return a.startDate < b.startDate; });
@@ -130,13 +138,14 @@ std::optional<IndexReading> readIndex(const ReadIndex& read, std::int64_t length
 
 }  // namespace
 
-std::optional<IndexReading> readIndexFile(int file, std::int64_t length) {
+std::optional<IndexReading> readIndexFile(int file, std::int64_t length, CutOffNames cutOff) {
     if (!services::seekFile(file, 0)) return std::nullopt;
     return readIndex(
-        [file](std::span<std::byte> block) { return services::readBlock(file, block); }, length);
+        [file](std::span<std::byte> block) { return services::readBlock(file, block); }, length,
+        cutOff);
 }
 
-std::optional<IndexReading> readIndexBytes(std::string_view bytes) {
+std::optional<IndexReading> readIndexBytes(std::string_view bytes, CutOffNames cutOff) {
     std::string_view rest = bytes;
     const auto read = [&rest](std::span<std::byte> block) {
         const auto part = std::as_bytes(std::span(rest)).first(std::min(block.size(), rest.size()));
@@ -144,7 +153,7 @@ std::optional<IndexReading> readIndexBytes(std::string_view bytes) {
         rest.remove_prefix(part.size());
         return part.size();
     };
-    return readIndex(read, static_cast<std::int64_t>(bytes.size()));
+    return readIndex(read, static_cast<std::int64_t>(bytes.size()), cutOff);
 }
 
 std::optional<std::vector<DictionaryRecord>> readDictionaryRecords(int file, std::int64_t length) {

@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -20,8 +21,11 @@ struct IndexReading {
     std::uint64_t hash = 0;              // hashOf all that was read
 };
 
+// Names of trainings that count as untold where they have no file.
+using CutOffNames = std::span<const services::Text>;
+
 // Nothing when the index can't be read to its end or kept in memory (dictionary.h).
-std::optional<IndexReading> readIndexFile(int file, std::int64_t length);
-std::optional<IndexReading> readIndexBytes(std::string_view bytes);
+std::optional<IndexReading> readIndexFile(int file, std::int64_t length, CutOffNames cutOff = {});
+std::optional<IndexReading> readIndexBytes(std::string_view bytes, CutOffNames cutOff = {});
 
 }  // namespace device

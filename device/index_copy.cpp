@@ -193,6 +193,15 @@ Text newNameOf(const IndexCopy& copy, const PendingRename& rename) {
     return services::numberToHexadecimal16(numberAt(copy.index, rename.position));
 }
 
+std::optional<std::uint64_t> positionOf(std::string_view index, const Text& name) {
+    const std::uint64_t number = services::hexadecimalToNumber(name);
+    for (std::size_t at = 0; at + dictionaryRecordSize <= index.size();
+         at += dictionaryRecordSize) {
+        if (numberAt(index, at) == number) return at;
+    }
+    return std::nullopt;
+}
+
 bool belongsTo(const IndexCopy& copy, const std::optional<std::string_view>& present) {
     return !present || present->starts_with(copy.index) || copy.index.starts_with(*present) ||
            beginsWithOldIndex(copy, *present);

@@ -86,6 +86,10 @@ std::vector<RenameOutcome> outcomesOf(const IndexCopy& copy, const IsThere& isTh
 // The name in the copy's index of the training file of a rename.
 services::Text newNameOf(const IndexCopy& copy, const PendingRename& rename);
 
+// Where the record of a training begins in an index of whole records, in bytes; nothing when it has
+// none.
+std::optional<std::uint64_t> positionOf(std::string_view index, const services::Text& name);
+
 // What the index must be. `present` is the index as it lies there; nothing when it is missing.
 //   missing: what the copy holds
 //   cut short: that, and of what the copy holds behind it the trainings that have a file

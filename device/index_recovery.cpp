@@ -1,6 +1,8 @@
 #include "device/index_recovery.h"
 
+#include <algorithm>
 #include <optional>
+#include <span>
 #include <unordered_set>
 #include <utility>
 
@@ -94,6 +96,32 @@ void completeRenames(PathView directory, const IndexCopy& copy,
     if (anyMoved) services::flushDirectoryOf(services::concatenate(directory, indexName));
 }
 
+// The names in the index of files that are under neither of theirs. Of two records of one file the
+// second finds that under the first one's name.
+std::vector<Text> cutOffNamesOf(const IndexCopy& copy, std::span<const RenameOutcome> outcomes,
+                                std::string_view repaired) {
+    std::vector<Text> names;
+    for (std::size_t i = 0; i < outcomes.size(); ++i) {
+        if (outcomes[i] != RenameOutcome::gone) continue;
+        const Text name = newNameOf(copy, copy.renames[i]);
+        if (positionOf(repaired, name)) names.push_back(name);
+    }
+    return names;
+}
+
+// What a copy remembers of them goes on into the next one, which holds their records as well.
+void keepCutOffRenames(const IndexCopy& lying, std::string_view newIndex,
+                       std::vector<PendingRename>& renames) {
+    for (const PendingRename& rename : lying.renames) {
+        const Text name = newNameOf(lying, rename);
+        if (std::ranges::find(state.cutOffNames, name) == state.cutOffNames.end()) continue;
+        const std::optional<std::uint64_t> position = positionOf(newIndex, name);
+        if (!position) continue;
+        renames.push_back(rename);
+        renames.back().position = *position;
+    }
+}
+
 TakenUp takeUp(PathView directory) {
     // What was cut off before it was complete: nothing was changed for it.
     settleUnfinished(directory, unfinishedCopyName, indexCopyName);
@@ -134,19 +162,24 @@ TakenUp takeUp(PathView directory) {
     std::string repaired = repairedIndex(copy, outcomes, present, isThere);
     if (!isKnown) return {.state = TakenUp::State::unknown};
     // A copy that is complete tells the trainings of an index that the disk no longer gives.
-    if (!isReadable)
-        return {.state = TakenUp::State::unreadableIndex, .index = std::move(repaired)};
-
-    if (present && repaired == *present) {
-        if (services::flushPath(path)) removeCopy(directory);
-        return {};
+    std::vector<Text> cutOff = cutOffNamesOf(copy, outcomes, repaired);
+    if (!isReadable) {
+        return {.state = TakenUp::State::unreadableIndex,
+                .index = std::move(repaired),
+                .cutOff = std::move(cutOff)};
     }
-    if (services::replaceWholeFile(path, services::concatenate(directory, unfinishedIndexName),
-                                   repaired)) {
-        removeCopy(directory);
-        return {};
-    }
-    return {.state = TakenUp::State::unwritten, .index = std::move(repaired)};
+    const bool isWritten =
+        present && repaired == *present
+            ? services::flushPath(path)
+            : services::replaceWholeFile(
+                  path, services::concatenate(directory, unfinishedIndexName), repaired);
+    // A file that is under neither name may turn up again, after a check of the card: the copy goes
+    // on telling where it belongs.
+    if (isWritten && cutOff.empty()) removeCopy(directory);
+    const bool isAsItShouldBe = isWritten || (present && repaired == *present);
+    return {.state = isAsItShouldBe ? TakenUp::State::nothing : TakenUp::State::unwritten,
+            .index = isAsItShouldBe ? std::string() : std::move(repaired),
+            .cutOff = std::move(cutOff)};
 }
 
 }  // namespace
@@ -167,7 +200,10 @@ bool layCopyBeside(std::string_view newIndex, std::vector<PendingRename> renames
     if (lying.copy && lying.copy->index == newIndex) return true;
     // One that the last load could not settle tells what the index should be: the next load does
     // it.
-    if (lying.copy && state.copyLength > 0) return false;
+    if (lying.copy && state.copyLength > 0) {
+        if (state.cutOffNames.empty()) return false;
+        keepCutOffRenames(*lying.copy, newIndex, renames);
+    }
     const services::FileDigest old =
         services::digestOfFile(indexName, services::LinksAre::followed);
     if (old.state == WholeFile::State::unreadable) return false;

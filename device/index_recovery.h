@@ -54,7 +54,8 @@ struct TakenUp {
         unknown,  // the card does not tell what else there is to take up, or memory is short
     } state = State::nothing;
     std::string index = {};
-    services::FileDigest left = {};  // of the copy that lies there afterwards
+    std::vector<services::Text> cutOff = {};  // names in the index: DeviceState::cutOffNames
+    services::FileDigest left = {};           // of the copy that lies there afterwards
 };
 
 // Takes up what a command that was cut off has left: completes its renames as far as they can be,

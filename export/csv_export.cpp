@@ -8,6 +8,7 @@
 #include "export/export_state.h"
 #include "services/disk/memory.h"
 #include "services/disk/numbered_files.h"
+#include "services/disk/whole_files.h"
 #include "services/requesters.h"
 #include "services/text/text.h"
 
@@ -58,6 +59,7 @@ void saveAs(services::Path& lastDirectory, services::TextView defaultName, const
     // The message that follows says no more than that, but it had better be true.
     services::flushFile(csvFile);
     services::closeFile(csvFile);
+    services::flushDirectoryOf(chosen);
     if (!complete) {
         tellCantBeOpened(shown);
         return;

@@ -8,8 +8,10 @@
 #include "device/device_state.h"
 #include "device/device_tree.h"
 #include "services/disk/directories.h"
+#include "services/disk/durable_names.h"
 #include "services/disk/memory.h"
 #include "services/disk/preferences.h"
+#include "services/disk/whole_files.h"
 #include "services/menus.h"
 #include "services/requesters.h"
 #include "settings/path_text.h"
@@ -97,7 +99,9 @@ void deleteStartSettings() {
         return;
     }
     services::setCurrentDirectory(device::state.programDirectory);
-    services::deleteFile(settingsPath());
+    services::deleteForGood(settingsPath());
+    services::deleteFile(settingsPath());  // a link of that name
+    services::flushDirectoryOf(settingsPath());
     loadStartSettings();
     // Only the overview's colours return to what they were.
     const charts::ColourTable builtIn = charts::builtInColours();

@@ -326,4 +326,33 @@ TEST_F(IndexRecovery, TheTreeIsHeldFromTheFirstRenameToTheSave) {
     EXPECT_FALSE(copyLies());
 }
 
+// A rename that was cut off may have lost the name, and a check of the card may bring the file
+// back.
+TEST_F(IndexRecovery, ATrainingUnderNeitherOfItsNamesKeepsItsRecord) {
+    const std::string renamed =
+        indexRecord(1, 1).bytes + indexRecord(2, 2).bytes + indexRecord(3, 3).bytes;
+    device::IndexCopy copy{.index = renamed};
+    copy.renames.push_back({.position = 152, .oldName = nameOf(9)});
+    fs::remove(nameOf(2));
+    writeBytes("dictionary.2", renamed);
+    writeBytes(std::string(device::indexCopyName), device::encodeIndexCopy(copy));
+    for (int save = 0; save < 3; ++save) {
+        loadDictionary();
+        ASSERT_EQ(state.dictionary.size(), 2U);
+        EXPECT_FALSE(state.dictionaryReadOnly);
+        EXPECT_EQ(state.untoldRecords, indexRecord(2, 2).bytes);
+        ASSERT_TRUE(device::beginChange());
+        saveDictionary(SaveMode::all);
+        EXPECT_EQ(bytesOf("dictionary.2"),
+                  indexRecord(1, 1).bytes + indexRecord(3, 3).bytes + indexRecord(2, 2).bytes);
+    }
+    writeTrainingFile(9);
+    loadDictionary();
+    EXPECT_EQ(state.dictionary.size(), 3U);
+    EXPECT_TRUE(fs::exists(nameOf(2)));
+    EXPECT_FALSE(fs::exists(nameOf(9)));
+    EXPECT_TRUE(state.untoldRecords.empty());
+    EXPECT_FALSE(copyLies());
+}
+
 }  // namespace

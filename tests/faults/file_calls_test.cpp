@@ -5,7 +5,6 @@
 
 #include <cerrno>
 #include <filesystem>
-#include <fstream>
 #include <iterator>
 #include <set>
 #include <string>
@@ -21,6 +20,7 @@
 #include "services/disk/system_files.h"
 #include "services/disk/whole_files.h"
 #include "tests/faults/fault_injector.h"
+#include "tests/faults/files_here.h"
 #include "tests/stand_ins/stand_ins.h"
 
 namespace {
@@ -28,23 +28,10 @@ namespace {
 namespace fs = std::filesystem;
 using fault_injector::Fault;
 using fault_injector::FaultKind;
+using faults_tests::bytesOf;
+using faults_tests::namesHere;
+using faults_tests::writeBytes;
 using services::Renaming;
-
-void writeBytes(const fs::path& path, const std::string& content) {
-    std::ofstream(path, std::ios::binary) << content;
-}
-
-std::string bytesOf(const fs::path& path) {
-    std::ifstream file(path, std::ios::binary);
-    return {std::istreambuf_iterator<char>(file), {}};
-}
-
-std::set<std::string> namesHere() {
-    std::set<std::string> found;
-    for (const auto& entry : fs::directory_iterator("."))
-        found.insert(entry.path().filename().string());
-    return found;
-}
 
 std::size_t openDescriptors() {
     const fs::directory_iterator all("/proc/self/fd");
