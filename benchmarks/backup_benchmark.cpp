@@ -98,6 +98,11 @@ bool copyWithTools() {
     return run(sync);
 }
 
+// With everything compared, as the command does it.
+bool copyAndCompareWithTools() {
+    return copyWithTools() && run({"diff", "-rq", place.tree(), place.backup()});
+}
+
 // The command as its user starts it, with its report, which is closed as soon as it can be.
 bool copyWithCommand() {
     device::state.backupDirectory = place.backup().string() + "/";
@@ -141,6 +146,10 @@ void backUpWithTools(benchmark::State& state) {
     backUp(state, copyWithTools, true);
 }
 
+void backUpAndCompareWithTools(benchmark::State& state) {
+    backUp(state, copyAndCompareWithTools, true);
+}
+
 BENCHMARK(backUpWithCommand)
     ->Name("backup/command")
     ->Arg(125)
@@ -152,6 +161,12 @@ BENCHMARK(backUpWithCommand)
     ->Unit(benchmark::kMillisecond);
 BENCHMARK(backUpWithTools)
     ->Name("backup/cp and sync")
+    ->Arg(1'000)
+    ->Iterations(1)
+    ->UseManualTime()
+    ->Unit(benchmark::kMillisecond);
+BENCHMARK(backUpAndCompareWithTools)
+    ->Name("backup/cp, sync and diff")
     ->Arg(1'000)
     ->Iterations(1)
     ->UseManualTime()

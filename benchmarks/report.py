@@ -41,6 +41,9 @@ CARDS = [
 # By the clock: what waits for the disk, or for windows.
 CLOCK = [
     ("backup of 1,000 trainings of 200 KB", "backup/command/1000", "backup/cp and sync/1000"),
+    ("the same beside tools that compare, too", "backup/command/1000", "backup/cp, sync and diff/1000"),
+    ("deleting 1,000 of 10,000 trainings", "changes/delete/1000", None),
+    ("renumbering 1,000 of 10,000 trainings", "changes/renumber/1000", None),
     ("list of 100,000 trainings, until it is painted", "list/opens/100000", None),
     ("the same by description, until it is painted", "list/sorts/100000", None),
     ("the longest of 200 pages of it (processor's time)", "list/longest page/100000", None),
