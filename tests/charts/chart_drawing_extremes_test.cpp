@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "charts/chart_drawing.h"
+#include "charts/values/value_catalogue.h"
 #include "services/text/text.h"
 #include "tests/charts/chart_test.h"
 

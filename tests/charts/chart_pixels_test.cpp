@@ -13,6 +13,7 @@
 #include <vector>
 
 #include "charts/chart_drawing.h"
+#include "charts/values/value_catalogue.h"
 #include "services/text/text.h"
 #include "tests/charts/chart_test.h"
 #include "tests/charts/plain_chart.h"

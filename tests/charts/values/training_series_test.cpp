@@ -5,6 +5,7 @@
 #include <limits>
 #include <vector>
 
+#include "charts/values/value_catalogue.h"
 #include "charts/values/value_series.h"
 #include "tests/charts/chart_test.h"
 
