@@ -251,8 +251,10 @@ TakenUp takeUpCopy(PathView directory) {
 
 bool hasIndex(PathView directory) {
     const Path path = services::concatenate(directory, indexName);
-    return services::canReadFile(path) ||
-           takeUpCopy(directory).state == TakenUp::State::unwritten || services::canReadFile(path);
+    if (services::canReadFile(path)) return true;
+    const TakenUp::State state = takeUpCopy(directory).state;
+    return state == TakenUp::State::unwritten || state == TakenUp::State::unreadableIndex ||
+           services::canReadFile(path);
 }
 
 }  // namespace device

@@ -42,7 +42,7 @@ void deleteChosenTrainings() {
             if (isChosen(record) && device::isTrainingName(record.fileName))
                 names.push_back(record.fileName);
         }
-        services::deleteForGood(names);
+        services::deleteAllForGood(names);
     }));
     device::loadDictionary();
 }

@@ -71,7 +71,7 @@ PathView directoryOf(PathView path) {
     return path.substr(0, path.rfind('/') + 1);
 }
 
-void deleteForGood(std::span<const Path> paths) {
+void deleteAllForGood(std::span<const Path> paths) {
     if (paths.empty()) return;
     if (renamesInOneStep(directoryOf(paths.front()))) {
         for (const Path& path : paths)
@@ -83,8 +83,12 @@ void deleteForGood(std::span<const Path> paths) {
 }
 
 void deleteForGood(PathView path) {
-    const Path one(path);
-    deleteForGood({&one, 1});
+    if (!isRegularFile(path)) return;
+    const bool inOneStep = renamesInOneStep(directoryOf(path));
+    const OpenFile held = inOneStep ? noFile : openRegularFile(path, Opening::readItself);
+    deleteFile(path);
+    if (!inOneStep) flushDirectoryOf(path);
+    if (held != noFile) closeOpenFile(held);
 }
 
 void settleLeftover(PathView leftover, PathView finished) {

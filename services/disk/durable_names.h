@@ -12,11 +12,11 @@ namespace services {
 // The directory of a path, with its "/"; empty for a bare name.
 PathView directoryOf(PathView path);
 
-// Removes regular files of one directory, as many as can be removed; a link, a directory or
-// anything else stays. Waits for the disk where a name that is still there could stand for freed
-// room.
-void deleteForGood(std::span<const Path> paths);
+// Removes a regular file, without asking for memory, or all of some in one directory that can be
+// removed; a link, a directory or anything else stays. Waits for the disk where a name that is
+// still there could stand for freed room.
 void deleteForGood(PathView path);
+void deleteAllForGood(std::span<const Path> paths);
 
 // Makes a temporary name free again that an interrupted run may have left, of a file that was going
 // to be `finished`. What has it, but for a directory, is removed, but where the two may share their

@@ -179,7 +179,7 @@ TEST_F(IndexRecovery, InterruptedRenamesAreCompleted) {
     fs::rename(nameOf(2), nameOf(0x15));
     loadDictionary();
     state.dictionary[1].fileName = nameOf(2);
-    const device::PendingName pending[] = {{.record = 1, .oldName = nameOf(0x15)}};
+    device::PendingName pending[] = {{.record = 1, .oldName = nameOf(0x15)}};
     ASSERT_TRUE(device::announceRenaming(pending));
     device::leaveTree();  // cut off here
     loadDictionary();
@@ -196,7 +196,7 @@ TEST_F(IndexRecovery, ATrainingThatCameSinceKeepsItsFile) {
     fs::remove(nameOf(2));
     loadDictionary();
     state.dictionary[1].fileName = nameOf(2);
-    const device::PendingName pending[] = {{.record = 1, .oldName = nameOf(3)}};
+    device::PendingName pending[] = {{.record = 1, .oldName = nameOf(3)}};
     ASSERT_TRUE(device::announceRenaming(pending));
     fs::rename(nameOf(3), nameOf(2));
     device::leaveTree();  // cut off here
@@ -215,7 +215,7 @@ TEST_F(IndexRecovery, NothingIsRenamedBesideAnotherIndex) {
     fs::remove(nameOf(2));
     loadDictionary();
     state.dictionary[1].fileName = nameOf(2);
-    const device::PendingName pending[] = {{.record = 1, .oldName = nameOf(3)}};
+    device::PendingName pending[] = {{.record = 1, .oldName = nameOf(3)}};
     ASSERT_TRUE(device::announceRenaming(pending));
     device::leaveTree();
     const std::string other = indexRecord(3, 77).bytes + indexRecord(1, 1).bytes;
@@ -264,7 +264,7 @@ TEST_F(UnreadableCopy, LetsNothingBeChanged) {
     EXPECT_FALSE(device::beginChange());
     state.dictionary.pop_back();
     saveDictionary(SaveMode::all);
-    const device::PendingName pending[] = {{.record = 1, .oldName = nameOf(2)}};
+    device::PendingName pending[] = {{.record = 1, .oldName = nameOf(2)}};
     EXPECT_FALSE(device::announceRenaming(pending));
     EXPECT_EQ(bytesOf("dictionary.2"), index);
     EXPECT_TRUE(copyLies());
@@ -312,7 +312,7 @@ TEST_F(IndexRecovery, TheTreeIsHeldFromTheFirstRenameToTheSave) {
     writeBytes("dictionary.2", index);
     loadDictionary();
     state.dictionary[2].fileName = nameOf(9);
-    const device::PendingName pending[] = {{.record = 2, .oldName = nameOf(3)}};
+    device::PendingName pending[] = {{.record = 2, .oldName = nameOf(3)}};
     ASSERT_TRUE(device::announceRenaming(pending));
     const int other = open(".", O_RDONLY | O_DIRECTORY);
     EXPECT_NE(flock(other, LOCK_EX | LOCK_NB), 0);

@@ -28,7 +28,7 @@ class UnreadableIndex : public device_tests::CardTest {
 TEST_F(UnreadableIndex, LetsNothingBeRenamed) {
     loadInVain();
     state.dictionary[0].fileName = nameOf(2);
-    const device::PendingName pending[] = {{.record = 0, .oldName = nameOf(1)}};
+    device::PendingName pending[] = {{.record = 0, .oldName = nameOf(1)}};
     EXPECT_FALSE(device::announceRenaming(pending));
     EXPECT_TRUE(fs::is_empty(directory));
 }

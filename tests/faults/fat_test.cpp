@@ -80,7 +80,7 @@ TEST_F(Fat, ARemovedFileKeepsItsPlaceUntilItsNameIsGoneFromTheDisk) {
     writeBytes("second", "b");
     fs::create_directory("directory");
     const std::vector<services::Path> paths = {"first", "directory", "missing", "second"};
-    EXPECT_EQ(callsOf([&] { services::deleteForGood(paths); }),
+    EXPECT_EQ(callsOf([&] { services::deleteAllForGood(paths); }),
               (std::vector<std::string>{"unlink", "unlink", "fsync directory", "close", "close",
                                         "close"}));
     EXPECT_EQ(namesHere(), Names{"directory"});

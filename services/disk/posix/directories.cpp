@@ -4,14 +4,13 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include <algorithm>
-#include <array>
 #include <cerrno>
 #include <filesystem>
 #include <system_error>
 
 #include "services/disk/file_kinds.h"
 #include "services/disk/memory.h"
+#include "services/disk/posix/terminated_path.h"
 
 namespace services {
 
@@ -37,18 +36,12 @@ bool createDirectory(PathView path) {
 }
 
 bool deleteFile(PathView path) {
-    if (!isUsablePath(path)) return false;
-    // No longer path is taken by the system, and memory may have run short: that is when what was
-    // begun has to go.
-    std::array<char, 4096> terminated;
-    if (path.size() >= terminated.size()) return unlink(Path(path).c_str()) == 0;
-    *std::copy(path.begin(), path.end(), terminated.begin()) = '\0';
-    return unlink(terminated.data()) == 0;
+    return isUsablePath(path) && unlink(TerminatedPath(path).c_str()) == 0;
 }
 
 FileKind kindOf(PathView path, LinksAre links) {
     if (!isUsablePath(path)) return FileKind::missing;
-    const Path terminated(path);
+    const TerminatedPath terminated(path);
     struct stat status = {};
     const int result = links == LinksAre::followed ? stat(terminated.c_str(), &status)
                                                    : lstat(terminated.c_str(), &status);

@@ -7,14 +7,15 @@
 #include <sys/param.h>
 #endif
 
+#include "services/disk/posix/terminated_path.h"
 #include "services/disk/system_files.h"
 
 namespace services {
 
 namespace {
 
-Path pathOf(PathView directory) {
-    return Path(directory.empty() ? PathView(".") : directory);
+TerminatedPath pathOf(PathView directory) {
+    return TerminatedPath(directory.empty() ? PathView(".") : directory);
 }
 
 }  // namespace

@@ -8,6 +8,7 @@
 #endif
 
 #include "services/disk/posix/descriptors.h"
+#include "services/disk/posix/terminated_path.h"
 #include "services/disk/system_files.h"
 
 namespace services {
@@ -97,7 +98,7 @@ void dropFromMemory(OpenFile file) {
 }
 
 bool flushDirectory(PathView directory) {
-    const Path path(directory.empty() ? PathView(".") : directory);
+    const TerminatedPath path(directory.empty() ? PathView(".") : directory);
     const int descriptor = open(path.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
     if (descriptor < 0) return true;
     const bool flushed = flushOpenFile(openFileOf(descriptor)) || !tellsOfALoss(errno);

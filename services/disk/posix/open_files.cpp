@@ -8,6 +8,7 @@
 #include <cstdio>
 
 #include "services/disk/posix/descriptors.h"
+#include "services/disk/posix/terminated_path.h"
 #include "services/disk/system_files.h"
 
 namespace services {
@@ -45,7 +46,7 @@ OpenError errorOf(int error) {
                                                                : OpenError::other;
 }
 
-int openInterrupted(const Path& path, int flags) {
+int openInterrupted(const TerminatedPath& path, int flags) {
     int descriptor = noDescriptor;
     do {
         descriptor = open(path.c_str(), flags | O_NONBLOCK | O_CLOEXEC | O_NOCTTY, 0666);
@@ -62,7 +63,7 @@ OpenFile openRegularFile(PathView path, Opening opening, OpenError* error) {
     };
     if (error != nullptr) *error = OpenError::none;
     if (!isUsablePath(path)) return fail(OpenError::other);
-    const Path terminated(path);
+    const TerminatedPath terminated(path);
     const int flags = flagsOf(opening);
     struct stat status = {};
     if (opening != Opening::createNew) {
