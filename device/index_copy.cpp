@@ -129,6 +129,56 @@ std::string withMissingRecords(std::string_view present, std::string_view copied
     return index.size() > present.size() ? index : std::string(present);
 }
 
+// Renames of which one's new name is another's old one, and whose files hold the same: what stands
+// under such a name may be the file of either.
+class TwinRenames {
+  public:
+    TwinRenames(const IndexCopy& renamed, std::unordered_map<Text, bool> namesThere,
+                const IsWhole& isWholeThere)
+        : copy(renamed), there(std::move(namesThere)), isWhole(isWholeThere) {
+        for (std::size_t i = 0; i < copy.renames.size(); ++i)
+            byOldName.try_emplace(copy.renames[i].oldName, i);
+        isAway.resize(copy.renames.size());
+    }
+
+    // False when the new name of a rename is still that of a file that holds the same.
+    bool hasFreed(std::size_t rename) {
+        // Each of a row of twins is away when its copy is whole and not the file of the next one.
+        std::vector<std::size_t> row;
+        bool result = true;
+        for (auto twin = twinInTheWayOf(rename); twin; twin = twinInTheWayOf(*twin)) {
+            if (isAway[*twin]) {
+                result = *isAway[*twin];
+                break;
+            }
+            row.push_back(*twin);
+            const Text newName = newNameOf(copy, copy.renames[*twin]);
+            if (there[newName] && isWhole(newName, copy.renames[*twin])) continue;
+            result = false;
+            break;
+        }
+        for (const std::size_t twin : row)
+            isAway[twin] = result;
+        return result;
+    }
+
+  private:
+    std::optional<std::size_t> twinInTheWayOf(std::size_t rename) const {
+        const auto found = byOldName.find(newNameOf(copy, copy.renames[rename]));
+        if (found == byOldName.end() || found->second >= rename) return std::nullopt;
+        const PendingRename& other = copy.renames[found->second];
+        const bool isTwin = other.length == copy.renames[rename].length &&
+                            other.hash == copy.renames[rename].hash;
+        return isTwin ? std::optional(found->second) : std::nullopt;
+    }
+
+    const IndexCopy& copy;
+    std::unordered_map<Text, bool> there;
+    const IsWhole& isWhole;
+    std::unordered_map<Text, std::size_t> byOldName;
+    std::vector<std::optional<bool>> isAway;
+};
+
 }  // namespace
 
 std::string encodeIndexCopy(const IndexCopy& copy) {
@@ -230,13 +280,14 @@ std::vector<RenameOutcome> outcomesOf(const IndexCopy& copy, const IsThere& isTh
                 place->second = isThere(name);
         }
     }
+    TwinRenames twins(copy, there, isWhole);
     std::vector<RenameOutcome> outcomes(copy.renames.size(), RenameOutcome::gone);
     for (std::size_t i = copy.renames.size(); i-- > 0;) {
         bool& oldThere = there[copy.renames[i].oldName];
         const Text newName = newNameOf(copy, copy.renames[i]);
         bool& newThere = there[newName];
         if (oldThere && newThere && copy.renames[i].isByCopying() &&
-            isWhole(newName, copy.renames[i])) {
+            isWhole(newName, copy.renames[i]) && twins.hasFreed(i)) {
             outcomes[i] = RenameOutcome::copied;
             newThere = false;
         } else if (oldThere) {

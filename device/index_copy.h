@@ -77,7 +77,7 @@ constexpr bool hasNewName(RenameOutcome outcome) {
 // each took a name that was free, and any of them may have failed; so the last one that was done
 // tells what its names were before it, and so on to the first. `isThere` is asked for each name
 // once; `isWhole`, where a file that is copied has both names, whether what it holds stands under
-// the new one.
+// the new one. Of files that hold the same, one whose name another takes is looked at first.
 using IsThere = std::function<bool(const services::Text& name)>;
 using IsWhole = std::function<bool(const services::Text& name, const PendingRename& rename)>;
 std::vector<RenameOutcome> outcomesOf(const IndexCopy& copy, const IsThere& isThere,

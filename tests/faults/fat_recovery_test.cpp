@@ -1,0 +1,118 @@
+// Renumbering on FAT around files that hold the same, or nothing, and what is flushed before a name
+// goes.
+#include <cerrno>
+#include <filesystem>
+#include <string>
+#include <vector>
+
+#include "device/device_state.h"
+#include "device/dictionary.h"
+#include "device/index_copy.h"
+#include "device/index_recovery.h"
+#include "files/renumbering.h"
+#include "services/disk/whole_files.h"
+#include "tests/device/card_fixture.h"
+#include "tests/faults/fault_injector.h"
+
+namespace {
+
+namespace fs = std::filesystem;
+using device::loadDictionary;
+using device::state;
+using device_tests::bytesOf;
+using device_tests::indexRecord;
+using device_tests::nameOf;
+using device_tests::writeBytes;
+using fault_injector::FaultKind;
+
+class FatRecovery : public device_tests::CardTest {
+  protected:
+    void SetUp() override {
+        CardTest::SetUp();
+        fault_injector::pretendFat(true);
+    }
+
+    void TearDown() override {
+        fault_injector::disarm();
+        fault_injector::pretendFat(false);
+        state = {};
+        CardTest::TearDown();
+    }
+
+    // By date, in the order of the numbers.
+    static void writeIndex(const std::vector<std::uint64_t>& numbers) {
+        writeBytes("dictionary.2", indexOf(numbers));
+    }
+
+    static std::string indexOf(const std::vector<std::uint64_t>& numbers) {
+        std::string index;
+        for (std::size_t i = 0; i < numbers.size(); ++i)
+            index += indexRecord(numbers[i], static_cast<std::int32_t>(i + 1)).bytes;
+        return index;
+    }
+
+    // Cut off as soon as the copy lies there.
+    static void announce(const std::vector<std::uint64_t>& newNumbers) {
+        loadDictionary();
+        ASSERT_EQ(state.dictionary.size(), newNumbers.size());
+        std::vector<device::PendingName> pending;
+        for (std::size_t i = 0; i < newNumbers.size(); ++i) {
+            services::Text& name = state.dictionary[i].fileName;
+            if (name == nameOf(newNumbers[i])) continue;
+            pending.push_back({.record = i, .oldName = name});
+            name = nameOf(newNumbers[i]);
+        }
+        ASSERT_TRUE(device::announceRenaming(pending));
+        for (const device::PendingName& name : pending)
+            EXPECT_TRUE(name.isByCopying);
+        device::leaveTree();
+    }
+
+    static std::vector<std::string> listed() {
+        std::vector<std::string> names;
+        for (const device::DictionaryRecord& record : state.dictionary)
+            names.push_back(record.fileName);
+        return names;
+    }
+
+    static void renumber() {
+        state.renumberingEnabled = 1;
+        stand_ins::world.questionAnswers = {{"Dateinamen neu durchnummerieren",
+                                             "Sollen die Dateinamen neu durchnummeriert werden?",
+                                             true}};
+        stand_ins::world.events = {
+            {.kind = services::EventKind::close, .window = services::reportWindow}};
+        stand_ins::world.anyMessageIsFine = true;
+        files::renumberTrainings(700, [] {});
+    }
+};
+
+// The name that one of them gives up is the one that another gets: its own file is no copy of that.
+TEST_F(FatRecovery, FilesThatHoldTheSameAreToldApart) {
+    for (const std::string& content : {std::string(), std::string(44, 'a')}) {
+        const auto writeTrainings = [&](const std::vector<std::uint64_t>& numbers) {
+            for (const std::uint64_t number : {1U, 2U, 3U, 4U, 5U})
+                fs::remove(nameOf(number));
+            writeBytes(nameOf(1), "first");
+            for (const std::uint64_t number : numbers)
+                writeBytes(nameOf(number), content);
+        };
+        const std::vector<std::vector<std::uint64_t>> cutOff = {
+            {3, 4, 5}, {2, 3, 4, 5}, {2, 4, 5}, {2, 3, 4, 5}, {2, 3, 5}, {2, 3, 4, 5}, {2, 3, 4}};
+        for (std::size_t i = 0; i < cutOff.size(); ++i) {
+            SCOPED_TRACE(testing::Message() << content.size() << " bytes, cut off at " << i);
+            writeTrainings({3, 4, 5});
+            writeIndex({1, 3, 4, 5});
+            announce({1, 2, 3, 4});
+            writeTrainings(cutOff[i]);
+            loadDictionary();
+            EXPECT_EQ(listed(), (std::vector{nameOf(1), nameOf(2), nameOf(3), nameOf(4)}));
+            EXPECT_EQ(bytesOf("dictionary.2"), indexOf({1, 2, 3, 4}));
+            EXPECT_FALSE(fs::exists(nameOf(5)));
+            for (const std::uint64_t number : {2U, 3U, 4U})
+                EXPECT_EQ(bytesOf(nameOf(number)), content);
+        }
+    }
+}
+
+}  // namespace
