@@ -1,5 +1,6 @@
 #include <algorithm>
 #include <string>
+#include <unordered_set>
 #include <utility>
 #include <vector>
 
@@ -41,9 +42,25 @@ void clearUnmeasured(DictionaryRecord& record) {
     if (record.rpm == 1.0F) record.rpm = 0.0F;
 }
 
+// For each rename whether nothing has its new name when its turn comes.
+std::vector<bool> lookWhichAreFree(std::span<const PendingName> names) {
+    std::unordered_set<services::Text> givenUp;
+    std::vector<bool> areFree;
+    for (const PendingName& name : names) {
+        const services::Text& newName = state.dictionary[name.record].fileName;
+        areFree.push_back(givenUp.erase(newName) > 0 ||
+                          services::presenceOf(newName) == services::Presence::missing);
+        if (areFree.back()) givenUp.insert(name.oldName);
+    }
+    return areFree;
+}
+
 // Files that get their new names by a copy are told with what they hold. On a card that is too full
-// for the longest of them all are renamed instead.
-void tellWhatIsCopied(std::vector<PendingRename>& renames, std::uint64_t indexLength) {
+// for the longest of them all are renamed instead. So is, in vain, one whose new name something
+// else has: whatever that holds is no copy of it.
+void tellWhatIsCopied(std::vector<PendingRename>& renames, std::span<const PendingName> names,
+                      std::uint64_t indexLength) {
+    const std::vector<bool> areFree = lookWhichAreFree(names);
     std::vector<services::FileDigest> digests;
     std::uint64_t longest = 0;
     for (const PendingRename& rename : renames) {
@@ -55,6 +72,7 @@ void tellWhatIsCopied(std::vector<PendingRename>& renames, std::uint64_t indexLe
     const std::int64_t free = services::freeBytes({});
     if (free < 0 || static_cast<std::uint64_t>(free) < longest + 2 * indexLength + clusters) return;
     for (std::size_t i = 0; i < renames.size(); ++i) {
+        if (!areFree[i]) continue;
         renames[i].length = digests[i].length;
         renames[i].hash = digests[i].hash;
     }
@@ -110,7 +128,7 @@ bool announceRenaming(std::span<PendingName> names) {
         std::vector<PendingRename> renames;
         for (const PendingName& name : names)
             renames.push_back({.position = positions[name.record], .oldName = name.oldName});
-        if (!services::renamesInOneStep({})) tellWhatIsCopied(renames, index.size());
+        if (!services::renamesInOneStep({})) tellWhatIsCopied(renames, names, index.size());
         for (std::size_t i = 0; i < names.size(); ++i)
             names[i].isByCopying = renames[i].isByCopying();
         announced = layCopyBeside(index, std::move(renames));

@@ -69,8 +69,9 @@ bool isNameWithoutBytes(const Path& path) {
     return digest.state == WholeFile::State::read && digest.length == 0;
 }
 
-// Goes on where the renaming stopped. What can't be renamed now keeps its name for good.
-void completeRenames(PathView directory, const IndexCopy& copy,
+// Goes on where the renaming stopped. What can't be renamed now keeps its name for good. `taken`
+// are the names of other trainings.
+void completeRenames(PathView directory, const IndexCopy& copy, std::unordered_set<Text> taken,
                      std::vector<RenameOutcome>& outcomes) {
     bool anyMoved = false;
     for (std::size_t i = 0; i < outcomes.size(); ++i) {
@@ -83,11 +84,15 @@ void completeRenames(PathView directory, const IndexCopy& copy,
         }
         if (outcomes[i] != RenameOutcome::stays) continue;
         const Path path = services::concatenate(directory, newName);
-        if (rename.isByCopying() && rename.length > 0 && isNameWithoutBytes(path))
+        // A training may have no bytes as well.
+        if (rename.isByCopying() && rename.length > 0 && !taken.contains(newName) &&
+            isNameWithoutBytes(path)) {
             services::deleteForGood(path);
+        }
         if (!moveTraining(directory, {.oldName = rename.oldName,
                                       .newName = newName,
                                       .isByCopying = rename.isByCopying()})) {
+            taken.insert(rename.oldName);
             continue;
         }
         outcomes[i] = RenameOutcome::moved;
@@ -157,7 +162,7 @@ TakenUp takeUp(PathView directory) {
             const Text newName = newNameOf(copy, rename);
             if (rename.isByCopying()) settleUnfinished(directory, unfinishedName(newName), newName);
         }
-        completeRenames(directory, copy, outcomes);
+        completeRenames(directory, copy, added, outcomes);
     }
     std::string repaired = repairedIndex(copy, outcomes, present, isThere);
     if (!isKnown) return {.state = TakenUp::State::unknown};

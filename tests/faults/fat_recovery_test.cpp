@@ -115,4 +115,69 @@ TEST_F(FatRecovery, FilesThatHoldTheSameAreToldApart) {
     }
 }
 
+// Neither is what a rename leaves that was cut off.
+TEST_F(FatRecovery, AnEmptyFileThatHasTheNewNameStays) {
+    writeBytes(nameOf(1), "first");
+    writeBytes(nameOf(5), "content");
+    writeBytes(nameOf(2), "");
+    for (const std::vector<std::uint64_t>& numbers :
+         {std::vector<std::uint64_t>{1, 5}, std::vector<std::uint64_t>{1, 5, 2}}) {
+        writeIndex(numbers);
+        loadDictionary();
+        const std::vector<std::string> before = listed();
+        ASSERT_EQ(before.size(), numbers.size());
+        renumber();
+        EXPECT_EQ(listed(), before);
+        ASSERT_TRUE(fs::exists(nameOf(2)));
+        EXPECT_EQ(bytesOf(nameOf(2)), "");
+        ASSERT_TRUE(fs::exists(nameOf(5)));
+        EXPECT_EQ(bytesOf(nameOf(5)), "content");
+    }
+}
+
+// It may be another name of the same bytes on the disk.
+TEST_F(FatRecovery, AForeignFileThatHoldsTheSameIsNoCopy) {
+    writeBytes(nameOf(1), "first");
+    writeBytes(nameOf(2), "content");
+    writeBytes(nameOf(5), "content");
+    writeIndex({1, 5});
+    loadDictionary();
+    renumber();
+    EXPECT_EQ(listed(), (std::vector{nameOf(1), nameOf(5)}));
+    EXPECT_TRUE(fs::exists(nameOf(2)));
+    EXPECT_TRUE(fs::exists(nameOf(5)));
+}
+
+TEST_F(FatRecovery, ANameWithoutBytesGetsThemUnlessItIsATrainings) {
+    writeBytes(nameOf(1), "first");
+    writeBytes(nameOf(5), "content");
+    writeIndex({1, 5});
+    announce({1, 2});
+    writeBytes(nameOf(2), "");
+    loadDictionary();
+    EXPECT_EQ(listed(), (std::vector{nameOf(1), nameOf(2)}));
+    EXPECT_EQ(bytesOf(nameOf(2)), "content");
+
+    // The bike has begun another training since.
+    writeBytes(nameOf(5), "another");
+    writeIndex({1, 2, 5});
+    announce({1, 2, 3});
+    writeBytes(nameOf(3), "");
+    writeBytes("dictionary.2", indexOf({1, 2, 5, 3}));
+    loadDictionary();
+    EXPECT_EQ(listed(), (std::vector{nameOf(1), nameOf(2), nameOf(5), nameOf(3)}));
+    EXPECT_EQ(bytesOf(nameOf(3)), "");
+    EXPECT_EQ(bytesOf(nameOf(5)), "another");
+
+    // A training without samples, whose own new name has been taken since.
+    writeIndex({1, 3, 5});
+    fs::remove(nameOf(2));
+    announce({1, 2, 3});
+    writeBytes(nameOf(2), "foreign");
+    loadDictionary();
+    EXPECT_EQ(listed(), (std::vector{nameOf(1), nameOf(3), nameOf(5)}));
+    EXPECT_EQ(bytesOf(nameOf(3)), "");
+    EXPECT_EQ(bytesOf(nameOf(5)), "another");
+}
+
 }  // namespace
