@@ -62,11 +62,14 @@ OpenedFile openToRead(PathView path, LinksAre links) {
                 path, links == LinksAre::followed ? Opening::read : Opening::readItself)};
 }
 
+// Of a file that can't be written nothing is left; one that has the name already stays.
 bool writeNewFile(PathView path, std::string_view bytes) {
     const OpenFile file = openRegularFile(path, Opening::createNew);
     if (file == noFile) return false;
     const bool written = writeFully(file, std::as_bytes(std::span(bytes))) && flushOpenFile(file);
-    return closeOpenFile(file) && written;
+    if (closeOpenFile(file) && written) return true;
+    deleteForGood(path);
+    return false;
 }
 
 }  // namespace
@@ -111,8 +114,9 @@ bool replaceWholeFile(PathView path, PathView temporary, std::string_view bytes)
     if (!isUsablePath(path) || !isUsablePath(temporary)) return false;
     settleLeftover(temporary, path);
     const bool inOneStep = renamesInOneStep(directoryOf(path));
+    if (!writeNewFile(temporary, bytes)) return false;
     // On FAT the name is as long as several entries, which may lie in two sectors.
-    if (!writeNewFile(temporary, bytes) || (!inOneStep && !flushDirectoryOf(path))) {
+    if (!inOneStep && !flushDirectoryOf(path)) {
         deleteForGood(temporary);
         return false;
     }

@@ -180,4 +180,16 @@ TEST_F(FatRecovery, ANameWithoutBytesGetsThemUnlessItIsATrainings) {
     EXPECT_EQ(bytesOf(nameOf(5)), "another");
 }
 
+TEST_F(FatRecovery, ALeftoverThatCantBeSetAsideStays) {
+    writeBytes("file", "bytes");
+    writeBytes("part", "bytes");
+    fault_injector::arm(
+        {.kind = FaultKind::fail, .error = ENOSPC, .goesOn = true, .names = {"renameat2"}});
+    EXPECT_FALSE(services::replaceWholeFile("file", "part", "new"));
+    fault_injector::disarm();
+    EXPECT_EQ(bytesOf("file"), "bytes");
+    ASSERT_TRUE(fs::exists("part"));
+    EXPECT_EQ(bytesOf("part"), "bytes");
+}
+
 }  // namespace
