@@ -105,7 +105,10 @@ void settleLeftover(PathView leftover, PathView finished) {
 
 bool renameForGood(PathView from, PathView to) {
     // The name with its bytes first: the old one is still there when that is cut off.
-    return renameFile(from, to) && flushPath(to) && flushDirectoryOf(to);
+    if (!renameFile(from, to)) return false;
+    flushPath(to);
+    flushDirectoryOf(to);
+    return true;
 }
 
 bool moveByCopying(PathView from, PathView to, PathView temporary) {

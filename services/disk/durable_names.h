@@ -24,7 +24,8 @@ void deleteAllForGood(std::span<const Path> paths);
 void settleLeftover(PathView leftover, PathView finished);
 
 // Gives the only copy of a file another name that nothing has, and waits until it is there with its
-// bytes. True on success. Cut off on FAT, both names may stand for the same bytes.
+// bytes. True when it has that name, also where the disk fails to take it. Cut off on FAT, both
+// names may stand for the same bytes.
 bool renameForGood(PathView from, PathView to);
 
 // The same by a copy, which is complete and on the disk under its new name before the old one goes:

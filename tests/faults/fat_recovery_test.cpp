@@ -180,6 +180,42 @@ TEST_F(FatRecovery, ANameWithoutBytesGetsThemUnlessItIsATrainings) {
     EXPECT_EQ(bytesOf(nameOf(5)), "another");
 }
 
+class FullFatCard : public FatRecovery {
+  protected:
+    // Without room for copies.
+    static void announceRename() {
+        writeBytes(nameOf(1), "first");
+        writeBytes(nameOf(5), "content");
+        writeIndex({1, 5});
+        loadDictionary();
+        std::vector<device::PendingName> pending = {{.record = 1, .oldName = nameOf(5)}};
+        state.dictionary[1].fileName = nameOf(2);
+        fault_injector::arm(
+            {.kind = FaultKind::fail, .error = EIO, .goesOn = true, .names = {"statvfs"}});
+        ASSERT_TRUE(device::announceRenaming(pending));
+        fault_injector::disarm();
+        EXPECT_FALSE(pending.front().isByCopying);
+        device::leaveTree();
+    }
+};
+
+TEST_F(FullFatCard, AFileThatCouldNotBeFlushedUnderItsNewNameIsListedByThat) {
+    int calls = 1;
+    for (int call = 0; call < calls; ++call) {
+        SCOPED_TRACE(call);
+        announceRename();
+        fault_injector::arm(
+            {.kind = FaultKind::fail, .at = call, .error = EIO, .names = {"fsync"}});
+        loadDictionary();
+        calls = fault_injector::disarm();
+        loadDictionary();
+        ASSERT_EQ(listed().size(), 2U);
+        EXPECT_EQ(bytesOf(listed()[1]), "content");
+        fs::remove(nameOf(2));
+    }
+    EXPECT_GT(calls, 4);
+}
+
 TEST_F(FatRecovery, ALeftoverThatCantBeSetAsideStays) {
     writeBytes("file", "bytes");
     writeBytes("part", "bytes");
