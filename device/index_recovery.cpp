@@ -114,17 +114,20 @@ std::vector<Text> cutOffNamesOf(const IndexCopy& copy, std::span<const RenameOut
     return names;
 }
 
-// What a copy remembers of them goes on into the next one, which holds their records as well.
+// What a copy remembers of them goes on into the next one, which holds their records as well. In
+// front: another training may get a name that one of them had.
 void keepCutOffRenames(const IndexCopy& lying, std::string_view newIndex,
                        std::vector<PendingRename>& renames) {
+    std::vector<PendingRename> kept;
     for (const PendingRename& rename : lying.renames) {
         const Text name = newNameOf(lying, rename);
         if (std::ranges::find(state.cutOffNames, name) == state.cutOffNames.end()) continue;
         const std::optional<std::uint64_t> position = positionOf(newIndex, name);
         if (!position) continue;
-        renames.push_back(rename);
-        renames.back().position = *position;
+        kept.push_back(rename);
+        kept.back().position = *position;
     }
+    renames.insert(renames.begin(), kept.begin(), kept.end());
 }
 
 TakenUp takeUp(PathView directory) {

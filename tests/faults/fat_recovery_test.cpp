@@ -216,6 +216,27 @@ TEST_F(FullFatCard, AFileThatCouldNotBeFlushedUnderItsNewNameIsListedByThat) {
     EXPECT_GT(calls, 4);
 }
 
+TEST_F(FatRecovery, TheOldNameOfATrainingWithoutAFileCanBecomeAnothers) {
+    writeBytes(nameOf(1), "first");
+    writeBytes(nameOf(5), "content");
+    writeIndex({1, 5});
+    announce({1, 2});
+    fs::remove(nameOf(5));  // and the disk has lost the new name
+    loadDictionary();
+    ASSERT_EQ(listed(), std::vector{nameOf(1)});
+    // The bike goes on.
+    for (const std::uint64_t number : {3U, 4U, 6U, 0x21U})
+        writeBytes(nameOf(number), "training " + nameOf(number));
+    writeBytes("dictionary.2", indexOf({1, 2, 3, 4, 6, 0x21}));
+    loadDictionary();
+    renumber();
+    EXPECT_EQ(listed(),
+              (std::vector{nameOf(1), nameOf(3), nameOf(4), nameOf(6), nameOf(5)}));
+    EXPECT_EQ(bytesOf(nameOf(5)), "training " + nameOf(0x21));
+    EXPECT_FALSE(fs::exists(nameOf(2)));
+    EXPECT_EQ(state.untoldRecords, indexRecord(2, 2).bytes);
+}
+
 TEST_F(FatRecovery, ALeftoverThatCantBeSetAsideStays) {
     writeBytes("file", "bytes");
     writeBytes("part", "bytes");
