@@ -77,13 +77,22 @@ void completeRenames(PathView directory, const IndexCopy& copy, std::unordered_s
     for (std::size_t i = 0; i < outcomes.size(); ++i) {
         const PendingRename& rename = copy.renames[i];
         const Text newName = newNameOf(copy, rename);
+        const Path path = services::concatenate(directory, newName);
         if (outcomes[i] == RenameOutcome::copied) {
-            if (holdsTraining(directory, rename.oldName, rename))
+            // Whoever gave it that name may have been cut off before the disk had it.
+            if (!services::flushDirectoryOf(path) || !services::flushPath(path)) {
+                outcomes[i] = RenameOutcome::stays;
+                taken.insert(rename.oldName);
+            } else if (holdsTraining(directory, rename.oldName, rename)) {
                 services::deleteForGood(services::concatenate(directory, rename.oldName));
+            }
             continue;
         }
+        if (outcomes[i] == RenameOutcome::moved && !rename.isByCopying() &&
+            !services::renamesInOneStep(directory)) {
+            services::flushPath(path);
+        }
         if (outcomes[i] != RenameOutcome::stays) continue;
-        const Path path = services::concatenate(directory, newName);
         // A training may have no bytes as well.
         if (rename.isByCopying() && rename.length > 0 && !taken.contains(newName) &&
             isNameWithoutBytes(path)) {

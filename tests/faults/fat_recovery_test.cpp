@@ -180,6 +180,23 @@ TEST_F(FatRecovery, ANameWithoutBytesGetsThemUnlessItIsATrainings) {
     EXPECT_EQ(bytesOf(nameOf(5)), "another");
 }
 
+// It may have got its new name from a program that was killed before it could flush it.
+TEST_F(FatRecovery, AnOldNameGoesOnlyWhenTheNewOneIsOnTheDisk) {
+    writeBytes(nameOf(1), "first");
+    writeBytes(nameOf(5), "content");
+    writeIndex({1, 5});
+    announce({1, 2});
+    writeBytes(nameOf(2), "content");
+    fault_injector::arm(
+        {.kind = FaultKind::fail, .error = EIO, .goesOn = true, .names = {"fsync"}});
+    loadDictionary();
+    EXPECT_GT(fault_injector::disarm(), 0);
+    EXPECT_TRUE(fs::exists(nameOf(5)));
+    loadDictionary();
+    EXPECT_EQ(listed(), (std::vector{nameOf(1), nameOf(2)}));
+    EXPECT_FALSE(fs::exists(nameOf(5)));
+}
+
 class FullFatCard : public FatRecovery {
   protected:
     // Without room for copies.
