@@ -174,7 +174,12 @@ TakenUp takeUp(PathView directory) {
             const Text newName = newNameOf(copy, rename);
             if (rename.isByCopying()) settleUnfinished(directory, unfinishedName(newName), newName);
         }
-        completeRenames(directory, copy, added, outcomes);
+        // The copy as well may have its name, but not yet on the disk.
+        const Path copyPath = services::concatenate(directory, indexCopyName);
+        if (std::ranges::find(outcomes, RenameOutcome::stays) == outcomes.end() ||
+            (services::flushDirectoryOf(copyPath) && services::flushPath(copyPath))) {
+            completeRenames(directory, copy, added, outcomes);
+        }
     }
     std::string repaired = repairedIndex(copy, outcomes, present, isThere);
     if (!isKnown) return {.state = TakenUp::State::unknown};

@@ -233,6 +233,19 @@ TEST_F(FullFatCard, AFileThatCouldNotBeFlushedUnderItsNewNameIsListedByThat) {
     EXPECT_GT(calls, 4);
 }
 
+// A program may have been killed before it had the copy flushed.
+TEST_F(FullFatCard, NothingIsRenamedByACopyThatIsNotOnTheDisk) {
+    announceRename();
+    fault_injector::arm(
+        {.kind = FaultKind::fail, .error = EIO, .goesOn = true, .names = {"fsync"}});
+    loadDictionary();
+    fault_injector::disarm();
+    EXPECT_TRUE(fs::exists(nameOf(5)));
+    EXPECT_FALSE(fs::exists(nameOf(2)));
+    loadDictionary();
+    EXPECT_EQ(listed(), (std::vector{nameOf(1), nameOf(2)}));
+}
+
 TEST_F(FatRecovery, TheOldNameOfATrainingWithoutAFileCanBecomeAnothers) {
     writeBytes(nameOf(1), "first");
     writeBytes(nameOf(5), "content");
