@@ -108,10 +108,12 @@ void closeIndexes(services::HeldDirectory& hold) {
 
 bool openBackupIndex(services::HeldDirectory& hold, const services::Path& directory) {
     // The backup may have been the card once, and a save there cut off. Not through a link: what
-    // lies elsewhere is none of the backup's.
+    // lies elsewhere is none of the backup's. What it lists is to be on the disk: a program that
+    // was killed may have left its last index in memory alone.
     return device::takeUpCopy(directory).state == device::TakenUp::State::nothing &&
            services::holdDirectory(hold, directory) != services::Holding::heldByAnother &&
-           services::openFileItself(backupIndexFile, services::concatenate(directory, indexName));
+           services::openFileItself(backupIndexFile, services::concatenate(directory, indexName)) &&
+           services::flushDirectoryOf(directory) && services::flushFile(backupIndexFile);
 }
 
 // The card may be its own backup: then it is held already.

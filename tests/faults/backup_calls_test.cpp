@@ -78,4 +78,12 @@ TEST_F(BackupCalls, ATornRecordThatCantBeCutOffKeepsTheBackupAsItIs) {
     EXPECT_EQ(namesIn(backup), std::set<std::string>{"dictionary.2"});
 }
 
+// It may be in memory alone, from a program that was killed.
+TEST_F(BackupCalls, WhatCountsAsCopiedIsOnTheDisk) {
+    copy({});
+    ASSERT_EQ(fs::file_size(backup / "dictionary.2"), 3U * 152);
+    EXPECT_GT(copy({.names = {"fsync"}}), 0);
+    EXPECT_EQ(fs::file_size(backup / "dictionary.2"), 3U * 152);
+}
+
 }  // namespace
