@@ -124,7 +124,7 @@ void copyTrainings(const std::vector<bool>& missing, services::Text index,
     };
     const auto completeUntil = [&](std::size_t end) {
         completeGroup(group, backup);
-        if (isWorthListing(backup)) tellUntil(end);
+        if (backup.unlisted.empty() || isWorthListing(backup)) tellUntil(end);
     };
     const auto finishAt = [&](std::size_t end) {
         completeGroup(group, backup);

@@ -153,6 +153,18 @@ TEST_F(TrainingCopies, RoomForSomeRecordsIsUsedForTheFirst) {
     expectBackup({1, 2, 3, 4});
 }
 
+TEST_F(TrainingCopies, WhatCouldNotBeCopiedIsToldBesideALongIndex) {
+    useTrainings(2);
+    fs::remove(nameOf(1));
+    writeBytes(backup / "dictionary.2", std::string(152 * 100, 'x'));
+    const auto isFirst = [&](std::size_t record) {
+        if (record == 0) {
+            EXPECT_FALSE(fs::exists(backup / nameOf(2)));
+        }
+    };
+    EXPECT_EQ(copy({true, true}, 1, isFirst), "-+");
+}
+
 TEST_F(TrainingCopies, AFullDiskKeepsTheOthersOfItsGroup) {
     useTrainings(4);
     writeBytes(nameOf(2), std::string(5000, 'x'));
