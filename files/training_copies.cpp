@@ -71,17 +71,20 @@ bool appendRecords(Backup& backup, std::span<const std::size_t> records) {
     return true;
 }
 
-void appendRecords(Backup& backup, std::span<const std::size_t> records,
+// True when all are in the index. Without room for all there may be some for the first, but none
+// for those behind one that found none; each try writes the whole index.
+bool appendRecords(Backup& backup, std::span<const std::size_t> records,
                    std::vector<BackupMark>& marks) {
-    if (records.empty()) return;
+    if (records.empty()) return true;
     if (appendRecords(backup, records)) {
         for (const std::size_t record : records)
             marks[record] = BackupMark::copied;
-        return;
+        return true;
     }
-    // Without room for all there may be some for the first.
-    for (std::size_t i = 0; records.size() > 1 && i < records.size(); ++i)
-        appendRecords(backup, records.subspan(i, 1), marks);
+    const std::size_t half = records.size() / 2;
+    if (half > 0 && appendRecords(backup, records.first(half), marks))
+        appendRecords(backup, records.subspan(half), marks);
+    return false;
 }
 
 // A long index is not written anew for each group: together that would take time with the square of

@@ -78,6 +78,20 @@ TEST_F(BackupCalls, ATornRecordThatCantBeCutOffKeepsTheBackupAsItIs) {
     EXPECT_EQ(namesIn(backup), std::set<std::string>{"dictionary.2"});
 }
 
+// Each try writes the whole index: on a full disk one for each record would take hours.
+TEST_F(BackupCalls, RecordsForWhichThereIsNoRoomAreTriedByHalves) {
+    std::vector<device::DictionaryRecord> records;
+    for (std::uint64_t i = 1; i <= 40; ++i)
+        records.push_back(recordOf(i, static_cast<std::int32_t>(i)));
+    useCard(records);
+    // 40, 20, 10, 5, 2 and 1
+    EXPECT_EQ(copy({.kind = FaultKind::fail, .error = ENOSPC, .goesOn = true, .names = {"rename"}}),
+              6);
+    EXPECT_EQ(bytesOf(backup / "dictionary.2"), "");
+    copy({.kind = FaultKind::fail, .error = ENOSPC, .names = {"rename"}});
+    EXPECT_EQ(fs::file_size(backup / "dictionary.2"), 40U * 152);
+}
+
 // It may be in memory alone, from a program that was killed.
 TEST_F(BackupCalls, WhatCountsAsCopiedIsOnTheDisk) {
     copy({});
