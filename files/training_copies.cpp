@@ -30,8 +30,9 @@ struct Group {
 struct Backup {
     services::Text index;
     services::Path directory;
-    std::vector<std::size_t> unlisted;  // records whose files are there, but not yet in the index
-    bool isCardGone = false;            // what lies in the slot by now is not what was loaded
+    services::FileDigest lying = {};         // what was seen of the index on the disk last
+    std::vector<std::size_t> unlisted = {};  // records whose files are there, but not in the index
+    bool isCardGone = false;                 // what lies in the slot by now is not what was loaded
 };
 
 const services::Text& nameOf(std::size_t record) {
@@ -57,18 +58,34 @@ void addTraining(Group& group, std::size_t record, const services::Path& directo
     group.records.push_back(record);
 }
 
+services::FileDigest digestOfIndex(const Backup& backup) {
+    return services::digestOfFile(services::concatenate(backup.directory, indexName),
+                                  services::LinksAre::refused);
+}
+
+bool isIndexNow(const Backup& backup, const services::FileDigest& expected) {
+    const services::FileDigest now = digestOfIndex(backup);
+    return now.state == expected.state && now.length == expected.length &&
+           now.hash == expected.hash;
+}
+
 // All of the records or, with the index as it was, none.
 bool appendRecords(Backup& backup, std::span<const std::size_t> records) {
     // Behind everything, stray bytes of an odd last record included.
     services::Text longer = backup.index;
-    if (!device::appendDictionaryRecords(longer, records) ||
-        !services::replaceWholeFile(
-            services::concatenate(backup.directory, indexName),
-            services::concatenate(backup.directory, device::unfinishedIndexName), longer)) {
+    // Another disk may lie there by now, or somebody else have changed the index.
+    if (!device::appendDictionaryRecords(longer, records) || !isIndexNow(backup, backup.lying))
         return false;
-    }
-    backup.index = std::move(longer);
-    return true;
+    const bool isReplaced = services::replaceWholeFile(
+        services::concatenate(backup.directory, indexName),
+        services::concatenate(backup.directory, device::unfinishedIndexName), longer);
+    const services::FileDigest written = {.state = services::WholeFile::State::read,
+                                          .length = longer.size(),
+                                          .hash = services::hashOf(longer)};
+    // It may lie there even when the disk has failed to take its name.
+    if (isReplaced || isIndexNow(backup, written)) backup.lying = written;
+    if (isReplaced) backup.index = std::move(longer);
+    return isReplaced;
 }
 
 // True when all are in the index. Without room for all there may be some for the first, but none
@@ -114,7 +131,8 @@ void completeGroup(Group& group, Backup& backup) {
 void copyTrainings(const std::vector<bool>& missing, services::Text index,
                    const services::Path& directory, const TellMark& tell,
                    const GroupLimits& limits) {
-    Backup backup = {.index = std::move(index), .directory = directory, .unlisted = {}};
+    Backup backup = {.index = std::move(index), .directory = directory};
+    backup.lying = digestOfIndex(backup);
     Group group;
     std::vector<BackupMark> marks;  // of records that are told when their group is complete
     for (const bool isMissing : missing)

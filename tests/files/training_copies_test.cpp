@@ -153,6 +153,16 @@ TEST_F(TrainingCopies, RoomForSomeRecordsIsUsedForTheFirst) {
     expectBackup({1, 2, 3, 4});
 }
 
+// Another disk lies there by now.
+TEST_F(TrainingCopies, AnIndexThatHasChangedSinceIsNotReplaced) {
+    useTrainings(3);
+    const auto change = [&](std::size_t record) {
+        if (record == 0) writeBytes(backup / "dictionary.2", "of another disk");
+    };
+    EXPECT_EQ(copy({true, true, true}, 1, change), "+--");
+    EXPECT_EQ(bytesOf(backup / "dictionary.2"), "of another disk");
+}
+
 TEST_F(TrainingCopies, WhatCouldNotBeCopiedIsToldBesideALongIndex) {
     useTrainings(2);
     fs::remove(nameOf(1));
