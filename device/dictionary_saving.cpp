@@ -84,10 +84,11 @@ void replaceIndex(SaveMode mode) {
     if (state.dictionaryUnreadable || state.dictionaryReadOnly) return;
     const std::string index = encodeTable(mode);
     if (!layCopyBeside(index)) return;
+    if (!services::replaceWholeFile(indexName, unfinishedIndexName, index)) return;
     for (DictionaryRecord& record : state.dictionary) {
         if (mode == SaveMode::all || record.selected == 0) clearUnmeasured(record);
     }
-    if (services::replaceWholeFile(indexName, unfinishedIndexName, index)) removeSettledCopy();
+    removeSettledCopy();
 }
 
 }  // namespace

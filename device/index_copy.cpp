@@ -167,8 +167,8 @@ class TwinRenames {
         const auto found = byOldName.find(newNameOf(copy, copy.renames[rename]));
         if (found == byOldName.end() || found->second >= rename) return std::nullopt;
         const PendingRename& other = copy.renames[found->second];
-        const bool isTwin = other.length == copy.renames[rename].length &&
-                            other.hash == copy.renames[rename].hash;
+        const bool isTwin =
+            other.length == copy.renames[rename].length && other.hash == copy.renames[rename].hash;
         return isTwin ? std::optional(found->second) : std::nullopt;
     }
 

@@ -141,20 +141,21 @@ TEST_F(IndexRecovery, WithoutRoomForACopyTheOldIndexStays) {
     EXPECT_FALSE(fs::exists(device::unfinishedCopyName));
 }
 
-// There is room for the copy but none beside it: the index is cut short, and nothing is lost.
+// There is room for the copy but none beside it: the old index stays until there is.
 TEST_F(IndexRecovery, AnIndexThatCouldNotBeWrittenInFullIsTakenUpWhenThereIsRoom) {
-    writeBytes("dictionary.2", index);
+    const std::string old = index.substr(304) + index.substr(0, 304);
+    writeBytes("dictionary.2", old);
     loadDictionary();
     ASSERT_TRUE(device::layCopyBeside(index));
     {
         const files_tests::FileSizeLimit full(300);
         saveDictionary(SaveMode::all);
-        loadDictionary();
+        EXPECT_EQ(bytesOf("dictionary.2"), old);
+        EXPECT_TRUE(copyLies());
     }
-    EXPECT_EQ(state.dictionary.size(), 3U);
-    EXPECT_TRUE(copyLies());
+    EXPECT_FALSE(fs::exists(device::unfinishedIndexName));
     loadDictionary();
-    EXPECT_EQ(bytesOf("dictionary.2"), index);
+    EXPECT_EQ(state.dictionary.size(), 3U);
     EXPECT_FALSE(copyLies());
 }
 
@@ -308,7 +309,7 @@ TEST_F(IndexRecovery, WhatAnotherProgramIsAtWorkOnIsLeftAlone) {
     device::leaveTree();
 }
 
-TEST_F(IndexRecovery, TheTreeIsHeldFromTheFirstRenameToTheSave) {
+TEST_F(IndexRecovery, TheTreeIsHeldFromTheFirstRenameToTheLoad) {
     writeBytes("dictionary.2", index);
     loadDictionary();
     state.dictionary[2].fileName = nameOf(9);
@@ -318,12 +319,13 @@ TEST_F(IndexRecovery, TheTreeIsHeldFromTheFirstRenameToTheSave) {
     EXPECT_NE(flock(other, LOCK_EX | LOCK_NB), 0);
     fs::rename(nameOf(3), nameOf(9));
     saveDictionary(SaveMode::all);
-    EXPECT_EQ(flock(other, LOCK_EX | LOCK_NB), 0);
-    EXPECT_FALSE(device::layCopyBeside(index));
-    close(other);
+    EXPECT_NE(flock(other, LOCK_EX | LOCK_NB), 0);
     loadDictionary();
     EXPECT_EQ(state.dictionary.size(), 3U);
     EXPECT_FALSE(copyLies());
+    EXPECT_EQ(flock(other, LOCK_EX | LOCK_NB), 0);
+    EXPECT_FALSE(device::layCopyBeside(index));
+    close(other);
 }
 
 // A rename that was cut off may have lost the name, and a check of the card may bring the file

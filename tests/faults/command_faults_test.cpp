@@ -223,11 +223,17 @@ class CommandFaults : public stand_ins::StandInTest {
                 known.insert(found->second);
             } else {
                 EXPECT_TRUE(trainings[i].chosen) << descriptionOf(i) << " is lost";
-                known.insert(nameOf(trainings[i].number));  // its file may be left
+                // Its file may be left, under whichever name it had last.
+                for (const std::string& name : namesIn(tree)) {
+                    if (bytesOf(tree / name) == contentOf(i)) known.insert(name);
+                }
             }
         }
-        for (const std::string& name : namesIn(tree))
-            EXPECT_TRUE(known.contains(name)) << "left behind: " << name;
+        for (const std::string& name : namesIn(tree)) {
+            // On FAT nobody can tell whether removing that would take a finished file's bytes.
+            const bool isSetAside = name.find(".rest") != std::string::npos;
+            EXPECT_TRUE(known.contains(name) || isSetAside) << "left behind: " << name;
+        }
     }
 
     // Runs `run` as often as there are faults, each time on what `prepare` makes, and has `check`

@@ -21,7 +21,8 @@ class ExportCalls : public stand_ins::StandInTest {
         world.anyMessageIsFine = true;
     }
 
-    // How often the export asked for the disk; `chosen` is what the user answers.
+    // How often the export asked for the disk, for the file and for its name; `chosen` is what the
+    // user answers.
     static int flushes(void (*run)(), const char* name, const std::string& chosen) {
         world.saveFileAnswers.push_back(
             {services::Text("Name und Ort der CSV-Datei wählen"_l1), "", name, chosen});
@@ -33,10 +34,10 @@ class ExportCalls : public stand_ins::StandInTest {
 
 TEST_F(ExportCalls, EveryExportWaitsForTheDisk) {
     const std::string path = (directory / "export.csv").string();
-    EXPECT_EQ(flushes(exporting::exportIndex, "Dicitonary.csv", path), 1);
+    EXPECT_EQ(flushes(exporting::exportIndex, "Dicitonary.csv", path), 2);
     device::state.samples.resize(2);
     exporting::state = {};
-    EXPECT_EQ(flushes(exporting::exportTraining, "", path), 1);
+    EXPECT_EQ(flushes(exporting::exportTraining, "", path), 2);
 }
 
 }  // namespace

@@ -260,8 +260,7 @@ TEST_F(FatRecovery, TheOldNameOfATrainingWithoutAFileCanBecomeAnothers) {
     writeBytes("dictionary.2", indexOf({1, 2, 3, 4, 6, 0x21}));
     loadDictionary();
     renumber();
-    EXPECT_EQ(listed(),
-              (std::vector{nameOf(1), nameOf(3), nameOf(4), nameOf(6), nameOf(5)}));
+    EXPECT_EQ(listed(), (std::vector{nameOf(1), nameOf(3), nameOf(4), nameOf(6), nameOf(5)}));
     EXPECT_EQ(bytesOf(nameOf(5)), "training " + nameOf(0x21));
     EXPECT_FALSE(fs::exists(nameOf(2)));
     EXPECT_EQ(state.untoldRecords, indexRecord(2, 2).bytes);

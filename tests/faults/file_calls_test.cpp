@@ -233,8 +233,9 @@ TEST_F(FileCalls, ACopyThatIsNotOnTheDiskLeavesTheOthersOfItsGroup) {
     writeBytes("from", "content");
     std::vector<std::vector<bool>> results;
     for (int at = 0; at < 3; ++at) {
-        // Closing a source comes before every copy is written, closing the copies after all.
-        results.push_back(copyGroup(failingAt(3 + at, EIO, "close")));
+        // A source is closed when its copy is written, and again, before the copy, when that was
+        // compared with it.
+        results.push_back(copyGroup(failingAt(4 + 2 * at, EIO, "close")));
         EXPECT_EQ(namesHere().size(), 3U);
     }
     EXPECT_EQ(results, (std::vector<std::vector<bool>>{

@@ -304,7 +304,7 @@ TEST_F(BackupCopy, ACardThatIsListedFromTheCopyOfItsIndexIsBackedUp) {
     writeBytes(device::indexCopyName, device::encodeIndexCopy({.index = index}));
     fs::remove("dictionary.2");
     // Nothing can be written under the name that a repaired index has until it is complete.
-    fs::create_directory(device::unfinishedCopyName);
+    fs::create_directory(device::unfinishedIndexName);
     copyAndClose();
     EXPECT_FALSE(fs::exists("dictionary.2"));
     EXPECT_EQ(lines(), line('+', 1) + line('+', 2));
