@@ -34,6 +34,7 @@ struct Injector {
     bool armed = false;
     bool plain = false;
     bool isFat = false;
+    bool isFull = false;
     int calls = 0;
     Fault fault;
     const char* names[nameLimit] = {};
@@ -113,6 +114,10 @@ void pretendPlainFileSystem(bool plain) {
 
 void pretendFat(bool isFat) {
     injector.isFat = isFat;
+}
+
+void pretendFullDisk(bool isFull) {
+    injector.isFull = isFull;
 }
 
 void armMemory(int at, bool goesOn) {
@@ -275,7 +280,9 @@ int statfs(const char* path, struct statfs* status) noexcept {
 }
 
 int statvfs(const char* path, struct statvfs* status) noexcept {
-    return callOrFail<int(const char*, struct statvfs*)>("statvfs", path, status);
+    const int result = callOrFail<int(const char*, struct statvfs*)>("statvfs", path, status);
+    if (result == 0 && injector.isFull) status->f_bavail = 0;
+    return result;
 }
 
 int posix_fadvise(int descriptor, off_t offset, off_t length, int advice) noexcept {

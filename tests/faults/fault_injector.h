@@ -44,6 +44,9 @@ void pretendPlainFileSystem(bool plain);
 // with false.
 void pretendFat(bool isFat);
 
+// The same for one that is too full for another file; it takes what is written all the same.
+void pretendFullDisk(bool isFull);
+
 // The same for memory: every allocation is counted from 0, and the one of number `at` (and all
 // later ones, when it goes on) finds none. Never with at = -1.
 void armMemory(int at, bool goesOn);
