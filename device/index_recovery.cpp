@@ -274,8 +274,8 @@ TakenUp takeUpCopy(PathView directory) {
 bool hasIndex(PathView directory) {
     const Path path = services::concatenate(directory, indexName);
     if (services::canReadFile(path)) return true;
-    const TakenUp::State state = takeUpCopy(directory).state;
-    return state == TakenUp::State::unwritten || state == TakenUp::State::unreadableIndex ||
+    const TakenUp::State taken = takeUpCopy(directory).state;
+    return taken == TakenUp::State::unwritten || taken == TakenUp::State::unreadableIndex ||
            services::canReadFile(path);
 }
 
