@@ -7,7 +7,7 @@
 #include "device/device_tree.h"
 #include "device/dictionary.h"
 #include "tests/device/card_fixture.h"
-#include "tests/files/file_size_limit.h"
+#include "tests/stand_ins/file_size_limit.h"
 
 namespace {
 
@@ -95,7 +95,7 @@ TEST_F(IndexRecovery, ACardWithoutItsIndexIsFoundByItsCopy) {
 
 TEST_F(IndexRecovery, WhatCantBeWrittenIsLoadedAllTheSame) {
     leaveCopy();
-    const files_tests::FileSizeLimit full(100);
+    const stand_ins::FileSizeLimit full(100);
     loadDictionary();
     EXPECT_EQ(state.dictionary.size(), 3U);
     EXPECT_FALSE(fs::exists("dictionary.2"));
@@ -112,7 +112,7 @@ TEST_F(IndexRecovery, ACopyThatCouldNotBeSettledIsNotReplacedByAnother) {
     const std::string copy = bytesOf(std::string(device::indexCopyName));
     writeBytes("dictionary.2", index.substr(0, 152));
     {
-        const files_tests::FileSizeLimit full(100);
+        const stand_ins::FileSizeLimit full(100);
         loadDictionary();
     }
     ASSERT_EQ(state.dictionary.size(), 3U);
@@ -133,7 +133,7 @@ TEST_F(IndexRecovery, WithoutRoomForACopyTheOldIndexStays) {
     writeBytes("dictionary.2", index + "rest");
     loadDictionary();
     {
-        const files_tests::FileSizeLimit full(300);
+        const stand_ins::FileSizeLimit full(300);
         saveDictionary(SaveMode::all);
     }
     EXPECT_EQ(bytesOf("dictionary.2"), index + "rest");
@@ -148,7 +148,7 @@ TEST_F(IndexRecovery, AnIndexThatCouldNotBeWrittenInFullIsTakenUpWhenThereIsRoom
     loadDictionary();
     ASSERT_TRUE(device::layCopyBeside(index));
     {
-        const files_tests::FileSizeLimit full(300);
+        const stand_ins::FileSizeLimit full(300);
         saveDictionary(SaveMode::all);
         EXPECT_EQ(bytesOf("dictionary.2"), old);
         EXPECT_TRUE(copyLies());

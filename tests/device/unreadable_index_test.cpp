@@ -4,7 +4,7 @@
 #include "device/dictionary.h"
 #include "device/index_recovery.h"
 #include "tests/device/card_fixture.h"
-#include "tests/files/file_size_limit.h"
+#include "tests/stand_ins/file_size_limit.h"
 
 namespace {
 
@@ -70,7 +70,7 @@ TEST_F(UnreadableIndex, AnEmptyOneIsNotTheSameAsNone) {
     writeBytes(std::string(device::indexCopyName),
                device::encodeIndexCopy({.index = indexRecord(1).bytes}));
     writeBytes("dictionary.2", "");
-    const files_tests::FileSizeLimit full(100);
+    const stand_ins::FileSizeLimit full(100);
     EXPECT_TRUE(device::hasIndex(""));
     device::loadDictionary();
     ASSERT_EQ(state.dictionary.size(), 1U);

@@ -20,14 +20,15 @@
 #include "services/disk/numbered_files.h"
 #include "services/disk/whole_files.h"
 #include "services/text/text.h"
-#include "tests/files/file_size_limit.h"
 #include "tests/files/files_test.h"
+#include "tests/stand_ins/file_size_limit.h"
 
 namespace {
 
 namespace fs = std::filesystem;
 using namespace files_tests;
 using services::operator""_l1;
+using stand_ins::FileSizeLimit;
 using stand_ins::world;
 using Numbers = std::vector<std::uint64_t>;
 

@@ -6,14 +6,15 @@
 #include <vector>
 
 #include "files/report_window.h"
-#include "tests/files/file_size_limit.h"
 #include "tests/files/files_test.h"
+#include "tests/stand_ins/file_size_limit.h"
 
 namespace {
 
 namespace fs = std::filesystem;
 using namespace files_tests;
 using services::operator""_l1;
+using stand_ins::FileSizeLimit;
 using stand_ins::world;
 using Numbers = std::vector<std::uint64_t>;
 

@@ -10,15 +10,16 @@
 
 #include "services/disk/endings.h"
 #include "services/disk/numbered_files.h"
-#include "tests/files/file_size_limit.h"
 #include "tests/files/files_test.h"
 #include "tests/services/signals.h"
+#include "tests/stand_ins/file_size_limit.h"
 
 namespace {
 
 namespace fs = std::filesystem;
 using namespace files_tests;
 using files::BackupMark;
+using stand_ins::FileSizeLimit;
 using stand_ins::world;
 using Numbers = std::vector<std::uint64_t>;
 

@@ -6,7 +6,7 @@
 #include "device/dictionary.h"
 #include "device/training_file.h"
 #include "tests/device/card_fixture.h"
-#include "tests/files/file_size_limit.h"
+#include "tests/stand_ins/file_size_limit.h"
 
 namespace {
 
@@ -149,7 +149,7 @@ TEST_F(DemoCard, AnExistingTrainingFileIsNeverWrittenOver) {
 
 TEST_F(DemoCard, AFileThatCantBeFinishedIsNotLeftBehind) {
     {
-        const files_tests::FileSizeLimit full(1000);
+        const stand_ins::FileSizeLimit full(1000);
         EXPECT_NE(writeDemoCard({"card", 2, 1, lastMoment}), "");
     }
     EXPECT_TRUE(fs::is_empty(tree));

@@ -5,36 +5,21 @@
 
 #include <chrono>
 #include <filesystem>
-#include <fstream>
-#include <iterator>
 #include <set>
 #include <string>
 #include <vector>
 
-#include "tests/files/file_size_limit.h"
+#include "tests/builders/file_bytes.h"
+#include "tests/stand_ins/file_size_limit.h"
 #include "tests/stand_ins/stand_ins.h"
 
 namespace {
 
 namespace fs = std::filesystem;
-using files_tests::FileSizeLimit;
-
-void write(const fs::path& path, const std::string& content) {
-    std::ofstream(path, std::ios::binary) << content;
-}
-
-std::string read(const fs::path& path) {
-    std::ifstream file(path, std::ios::binary);
-    EXPECT_TRUE(file.good()) << path;
-    return {std::istreambuf_iterator<char>(file), {}};
-}
-
-std::set<std::string> names() {
-    std::set<std::string> found;
-    for (const auto& entry : fs::directory_iterator("."))
-        found.insert(entry.path().filename().string());
-    return found;
-}
+using builders::bytesOf;
+using builders::namesIn;
+using builders::writeBytes;
+using stand_ins::FileSizeLimit;
 
 // A group of one.
 bool copyFile(services::PathView source, services::PathView target, services::PathView temporary) {
@@ -54,46 +39,46 @@ TEST_F(FileCopies, ACopyHasTheContentAndTheTimeOfItsSource) {
     std::string content;
     for (int i = 0; i < 2'500'001; ++i)
         content += static_cast<char>(i * 31 % 251);
-    write("from", content);
+    writeBytes("from", content);
     const auto time = fs::file_time_type::clock::now() - std::chrono::hours(50'000);
     fs::last_write_time("from", time);
 
     EXPECT_TRUE(copyFile("from", "to", "to.part"));
-    EXPECT_EQ(names(), both);
-    EXPECT_TRUE(read("to") == content);
+    EXPECT_EQ(namesIn("."), both);
+    EXPECT_TRUE(bytesOf("to") == content);
     EXPECT_EQ(fs::last_write_time("to"), fs::last_write_time("from"));
 }
 
 TEST_F(FileCopies, AnEmptyFileIsCopiedToo) {
-    write("from", "");
+    writeBytes("from", "");
     EXPECT_TRUE(copyFile("from", "to", "to.part"));
-    EXPECT_EQ(names(), both);
+    EXPECT_EQ(namesIn("."), both);
     EXPECT_EQ(fs::file_size("to"), 0U);
 }
 
 TEST_F(FileCopies, ATargetOfTheSameContentCountsAsCopied) {
-    write("from", "content");
-    write("to", "content");
+    writeBytes("from", "content");
+    writeBytes("to", "content");
     const auto time = fs::file_time_type::clock::now() - std::chrono::hours(50'000);
     fs::last_write_time("to", time);
     EXPECT_TRUE(copyFile("from", "to", "to.part"));
     EXPECT_EQ(fs::last_write_time("to"), time);
-    EXPECT_EQ(names(), both);
+    EXPECT_EQ(namesIn("."), both);
 }
 
 TEST_F(FileCopies, ATargetOfOtherContentIsLeftAlone) {
     for (const std::string other : {"kontent", "contentX", "conten", ""}) {
-        write("from", "content");
-        write("to", other);
+        writeBytes("from", "content");
+        writeBytes("to", other);
         EXPECT_FALSE(copyFile("from", "to", "to.part"));
-        EXPECT_EQ(read("to"), other);
-        EXPECT_EQ(names(), both);
+        EXPECT_EQ(bytesOf("to"), other);
+        EXPECT_EQ(namesIn("."), both);
     }
 }
 
 TEST_F(FileCopies, ATargetThatIsNoRegularFileIsLeftAlone) {
-    write("from", "content");
-    write("elsewhere", "content");
+    writeBytes("from", "content");
+    writeBytes("elsewhere", "content");
     fs::create_symlink("elsewhere", "link");
     fs::create_symlink("nowhere", "dangling");
     fs::create_directory("directory");
@@ -105,7 +90,7 @@ TEST_F(FileCopies, ATargetThatIsNoRegularFileIsLeftAlone) {
 }
 
 TEST_F(FileCopies, OnlyRegularFilesAreCopiedAndNoLinkIsFollowed) {
-    write("elsewhere", "content");
+    writeBytes("elsewhere", "content");
     fs::create_symlink("elsewhere", "link");
     fs::create_directory("directory");
     ASSERT_EQ(mkfifo("fifo", 0600), 0);
@@ -117,78 +102,78 @@ TEST_F(FileCopies, OnlyRegularFilesAreCopiedAndNoLinkIsFollowed) {
 }
 
 TEST_F(FileCopies, AFullDiskLeavesNothingBehind) {
-    write("from", std::string(3000, 'x'));
+    writeBytes("from", std::string(3000, 'x'));
     bool copied = true;
     {
         const FileSizeLimit full(1000);
         copied = copyFile("from", "to", "to.part");
     }
     EXPECT_FALSE(copied);
-    EXPECT_EQ(names(), std::set<std::string>{"from"});
+    EXPECT_EQ(namesIn("."), std::set<std::string>{"from"});
 }
 
 TEST_F(FileCopies, ASourceThatDoesNotKeepItsLengthIsNoCopy) {
     // A regular file of length 0 from which bytes come all the same.
     ASSERT_EQ(fs::file_size("/proc/self/status"), 0U);
     EXPECT_FALSE(copyFile("/proc/self/status", "to", "to.part"));
-    EXPECT_TRUE(names().empty());
+    EXPECT_TRUE(namesIn(".").empty());
 }
 
 TEST_F(FileCopies, ASourceThatCanNotBeReadToItsEndIsNoCopy) {
     // A regular file whose first bytes can't be read.
     ASSERT_TRUE(fs::is_regular_file("/proc/self/mem"));
     EXPECT_FALSE(copyFile("/proc/self/mem", "to", "to.part"));
-    EXPECT_TRUE(names().empty());
+    EXPECT_TRUE(namesIn(".").empty());
 }
 
 TEST_F(FileCopies, AMissingTargetDirectoryLeavesNothingBehind) {
-    write("from", "content");
+    writeBytes("from", "content");
     EXPECT_FALSE(copyFile("from", "missing/to", "missing/to.part"));
-    EXPECT_EQ(names(), std::set<std::string>{"from"});
+    EXPECT_EQ(namesIn("."), std::set<std::string>{"from"});
 }
 
 TEST_F(FileCopies, UnusablePathsLeaveNothingBehind) {
-    write("from", "content");
+    writeBytes("from", "content");
     for (const services::PathView path : {services::PathView(""), services::PathView("to\0x", 4)}) {
         EXPECT_FALSE(copyFile("from", path, "to.part"));
         EXPECT_FALSE(copyFile("from", "to", path));
         EXPECT_FALSE(copyFile(path, "to", "to.part"));
     }
-    EXPECT_EQ(names(), std::set<std::string>{"from"});
+    EXPECT_EQ(namesIn("."), std::set<std::string>{"from"});
 }
 
 TEST_F(FileCopies, AnExistingTemporaryFileIsNotWritten) {
-    write("from", "content");
-    write("to.part", "somebody's");
+    writeBytes("from", "content");
+    writeBytes("to.part", "somebody's");
     EXPECT_FALSE(copyFile("from", "to", "to.part"));
-    EXPECT_EQ(read("to.part"), "somebody's");
+    EXPECT_EQ(bytesOf("to.part"), "somebody's");
     EXPECT_FALSE(fs::exists("to"));
 }
 
 TEST_F(FileCopies, OfAGroupGetTheirNamesTogether) {
-    write("a", "one");
-    write("b", std::string(3'000'000, 'b'));
+    writeBytes("a", "one");
+    writeBytes("b", std::string(3'000'000, 'b'));
     services::CopyGroup group;
     EXPECT_TRUE(services::addCopy(group, "a", "A", "A.part"));
     EXPECT_TRUE(services::addCopy(group, "b", "B", "B.part"));
-    EXPECT_EQ(names(), (std::set<std::string>{"a", "b", "A.part", "B.part"}));
+    EXPECT_EQ(namesIn("."), (std::set<std::string>{"a", "b", "A.part", "B.part"}));
     EXPECT_EQ(group.bytes, 3'000'003);
     EXPECT_EQ(services::completeCopies(group), (std::vector<bool>{true, true}));
-    EXPECT_EQ(names(), (std::set<std::string>{"a", "b", "A", "B"}));
-    EXPECT_EQ(read("A"), "one");
-    EXPECT_TRUE(read("B") == read("b"));
+    EXPECT_EQ(namesIn("."), (std::set<std::string>{"a", "b", "A", "B"}));
+    EXPECT_EQ(bytesOf("A"), "one");
+    EXPECT_TRUE(bytesOf("B") == bytesOf("b"));
     EXPECT_EQ(group.bytes, 0);
     EXPECT_TRUE(services::completeCopies(group).empty());
 }
 
 TEST_F(FileCopies, OneThatFailsLeavesTheOthersOfItsGroup) {
-    write("a", "one");
-    write("b", std::string(3000, 'b'));
-    write("c", "three");
-    write("d", "four");
-    write("D", "other");
-    write("e", "five");
-    write("E", "five");
+    writeBytes("a", "one");
+    writeBytes("b", std::string(3000, 'b'));
+    writeBytes("c", "three");
+    writeBytes("d", "four");
+    writeBytes("D", "other");
+    writeBytes("e", "five");
+    writeBytes("E", "five");
     services::CopyGroup group;
     {
         const FileSizeLimit full(1000);
@@ -199,33 +184,33 @@ TEST_F(FileCopies, OneThatFailsLeavesTheOthersOfItsGroup) {
         EXPECT_TRUE(services::addCopy(group, "e", "E", "E.part"));
     }
     EXPECT_EQ(services::completeCopies(group), (std::vector<bool>{true, false, true, false, true}));
-    EXPECT_EQ(names(), (std::set<std::string>{"a", "b", "c", "d", "e", "A", "C", "D", "E"}));
-    EXPECT_EQ(read("D"), "other");
+    EXPECT_EQ(namesIn("."), (std::set<std::string>{"a", "b", "c", "d", "e", "A", "C", "D", "E"}));
+    EXPECT_EQ(bytesOf("D"), "other");
 }
 
 // Somebody makes a file of that name between the copying and the naming.
 TEST_F(FileCopies, ATargetThatComesMeanwhileIsNotReplaced) {
-    write("a", "one");
-    write("b", "two");
+    writeBytes("a", "one");
+    writeBytes("b", "two");
     services::CopyGroup group;
     EXPECT_TRUE(services::addCopy(group, "a", "A", "A.part"));
     EXPECT_TRUE(services::addCopy(group, "b", "B", "B.part"));
-    write("A", "somebody's");
+    writeBytes("A", "somebody's");
     EXPECT_EQ(services::completeCopies(group), (std::vector<bool>{false, true}));
-    EXPECT_EQ(names(), (std::set<std::string>{"a", "b", "A", "B"}));
-    EXPECT_EQ(read("A"), "somebody's");
+    EXPECT_EQ(namesIn("."), (std::set<std::string>{"a", "b", "A", "B"}));
+    EXPECT_EQ(bytesOf("A"), "somebody's");
 }
 
 TEST_F(FileCopies, ADroppedGroupLeavesNothingOfItsOwn) {
-    write("a", "one");
-    write("b", "two");
-    write("B", "two");
+    writeBytes("a", "one");
+    writeBytes("b", "two");
+    writeBytes("B", "two");
     services::CopyGroup group;
     EXPECT_TRUE(services::addCopy(group, "a", "A", "A.part"));
     EXPECT_TRUE(services::addCopy(group, "b", "B", "B.part"));
     EXPECT_FALSE(services::addCopy(group, "c", "C", "C.part"));
     services::dropCopies(group);
-    EXPECT_EQ(names(), (std::set<std::string>{"a", "b", "B"}));
+    EXPECT_EQ(namesIn("."), (std::set<std::string>{"a", "b", "B"}));
     EXPECT_TRUE(group.copies.empty());
     EXPECT_EQ(group.bytes, 0);
 }

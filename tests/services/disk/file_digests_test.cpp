@@ -3,14 +3,15 @@
 #include <sys/stat.h>
 
 #include <filesystem>
-#include <fstream>
 
 #include "services/disk/held_directory.h"
+#include "tests/builders/file_bytes.h"
 #include "tests/stand_ins/stand_ins.h"
 
 namespace {
 
 namespace fs = std::filesystem;
+using builders::writeBytes;
 using services::digestOfFile;
 using services::FileDigest;
 using services::HeldDirectory;
@@ -19,18 +20,13 @@ using services::Holding;
 using services::LinksAre;
 using services::WholeFile;
 
-class FileDigests : public stand_ins::StandInTest {
-  protected:
-    static void write(const char* name, const std::string& bytes) {
-        std::ofstream(name, std::ios::binary) << bytes;
-    }
-};
+using FileDigests = stand_ins::StandInTest;
 
 TEST_F(FileDigests, ADigestIsThatOfTheBytes) {
     for (const std::size_t size : {0U, 1U, 65'535U, 65'536U, 200'000U}) {
         std::string bytes(size, 'x');
         if (size > 0) bytes.back() = 'y';
-        write("file", bytes);
+        writeBytes("file", bytes);
         const FileDigest digest = digestOfFile("file", LinksAre::followed);
         EXPECT_EQ(digest.state, WholeFile::State::read);
         EXPECT_EQ(digest.length, size);
@@ -42,7 +38,7 @@ TEST_F(FileDigests, WhatIsNoFileHasNeitherBytesNorADigest) {
     fs::create_directory("directory");
     ASSERT_EQ(mkfifo("fifo", 0600), 0);
     fs::create_symlink("nowhere", "dangling");
-    write("file", "bytes");
+    writeBytes("file", "bytes");
     fs::create_symlink("file", "link");
     const struct {
         const char* name;
@@ -74,7 +70,7 @@ TEST_F(FileDigests, WhatIsNoFileHasNeitherBytesNorADigest) {
 }
 
 TEST_F(FileDigests, AFileThatNoMemoryHoldsIsUnreadable) {
-    write("file", "");
+    writeBytes("file", "");
     fs::resize_file("file", std::uintmax_t{1} << 42U);
     const WholeFile file = services::readWholeFile("file", LinksAre::followed);
     EXPECT_EQ(file.state, WholeFile::State::unreadable);
@@ -93,7 +89,7 @@ TEST_F(FileDigests, ADirectoryIsHeldByOneAtATime) {
     services::letGo(first);
     EXPECT_EQ(holdDirectory(second, "tree/"), Holding::done);
     services::letGo(second);
-    write("file", "");
+    writeBytes("file", "");
     EXPECT_EQ(holdDirectory(first, "file"), Holding::impossible);
     EXPECT_EQ(holdDirectory(first, "missing"), Holding::impossible);
     services::letGo(first);

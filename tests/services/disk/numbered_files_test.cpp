@@ -5,15 +5,17 @@
 #include <array>
 #include <bit>
 #include <cmath>
-#include <fstream>
 #include <iterator>
 #include <limits>
 
+#include "tests/builders/file_bytes.h"
 #include "tests/stand_ins/stand_ins.h"
 
 namespace {
 
 using namespace services;
+using builders::bytesOf;
+using builders::writeBytes;
 
 class NumberedFiles : public stand_ins::StandInTest {
   protected:
@@ -22,27 +24,18 @@ class NumberedFiles : public stand_ins::StandInTest {
             closeFile(number);
         StandInTest::TearDown();
     }
-
-    static void makeFile(const std::string& name, const std::string& bytes) {
-        std::ofstream(name, std::ios::binary) << bytes;
-    }
-
-    static std::string bytesOf(const std::string& name) {
-        std::ifstream file(name, std::ios::binary);
-        return {std::istreambuf_iterator<char>(file), {}};
-    }
 };
 
 TEST_F(NumberedFiles, ReadingNeedsAnExistingFile) {
     EXPECT_FALSE(readFile(0, "missing"));
     EXPECT_FALSE(std::filesystem::exists("missing"));
-    makeFile("file", "abc");
+    writeBytes("file", "abc");
     EXPECT_TRUE(readFile(0, "file"));
     EXPECT_EQ(3, lengthOfFile(0));
 }
 
 TEST_F(NumberedFiles, AFileOpenedForReadingCantBeWritten) {
-    makeFile("file", "abc");
+    writeBytes("file", "abc");
     ASSERT_TRUE(readFile(0, "file"));
     EXPECT_FALSE(writeText(0, "xyz"));
     EXPECT_EQ("abc", bytesOf("file"));
@@ -51,14 +44,14 @@ TEST_F(NumberedFiles, AFileOpenedForReadingCantBeWritten) {
 TEST_F(NumberedFiles, OpeningCreatesWhatIsMissingAndNeverCuts) {
     ASSERT_TRUE(openFile(0, "new"));
     EXPECT_EQ(0, lengthOfFile(0));
-    makeFile("old", "abcdef");
+    writeBytes("old", "abcdef");
     ASSERT_TRUE(openFile(1, "old"));
     EXPECT_TRUE(writeText(1, "XY"));
     EXPECT_EQ("XYcdef", bytesOf("old"));
 }
 
 TEST_F(NumberedFiles, CreatingEmptiesWhatIsThere) {
-    makeFile("old", "abcdef");
+    writeBytes("old", "abcdef");
     ASSERT_TRUE(createFile(0, "old"));
     EXPECT_EQ(0, lengthOfFile(0));
     EXPECT_TRUE(writeText(0, "x"));
@@ -81,15 +74,15 @@ TEST_F(NumberedFiles, OnlyRegularFilesCanBeOpened) {
 }
 
 TEST_F(NumberedFiles, APathIsNotCutAtANulByte) {
-    makeFile("file", "abc");
+    writeBytes("file", "abc");
     EXPECT_FALSE(readFile(0, Path("file\0x", 6)));
     EXPECT_FALSE(createFile(0, Path("file\0x", 6)));
     EXPECT_EQ("abc", bytesOf("file"));
 }
 
 TEST_F(NumberedFiles, OpeningUnderANumberClosesWhatItHeld) {
-    makeFile("a", "a");
-    makeFile("b", "bb");
+    writeBytes("a", "a");
+    writeBytes("b", "bb");
     ASSERT_TRUE(readFile(0, "a"));
     ASSERT_TRUE(readFile(0, "b"));
     EXPECT_EQ(2, lengthOfFile(0));
@@ -98,7 +91,7 @@ TEST_F(NumberedFiles, OpeningUnderANumberClosesWhatItHeld) {
 }
 
 TEST_F(NumberedFiles, ReopeningLeaksNoDescriptors) {
-    makeFile("a", "a");
+    writeBytes("a", "a");
     std::filesystem::create_directory("directory");
     const auto openDescriptors = [] {
         return std::distance(std::filesystem::directory_iterator("/proc/self/fd"), {});
@@ -115,7 +108,7 @@ TEST_F(NumberedFiles, ReopeningLeaksNoDescriptors) {
 }
 
 TEST_F(NumberedFiles, NumbersAreIndependent) {
-    makeFile("a", "abc");
+    writeBytes("a", "abc");
     ASSERT_TRUE(readFile(0, "a"));
     ASSERT_TRUE(readFile(fileNumberLimit - 1, "a"));
     EXPECT_EQ('a', readByte(0));
@@ -126,7 +119,7 @@ TEST_F(NumberedFiles, NumbersAreIndependent) {
 }
 
 TEST_F(NumberedFiles, ANumberThatIsNotOpenIsHarmless) {
-    makeFile("a", "abc");
+    writeBytes("a", "abc");
     std::array<std::byte, 4> block{};
     for (const int number : {0, -1, fileNumberLimit, INT32_MIN, INT32_MAX}) {
         closeFile(number);
@@ -150,14 +143,14 @@ TEST_F(NumberedFiles, ANumberThatIsNotOpenIsHarmless) {
 }
 
 TEST_F(NumberedFiles, NumbersAreLittleEndianAndSignExtended) {
-    makeFile("file", std::string("\x80\x7F"
-                                 "\xFE\xFF"
-                                 "\x34\x12"
-                                 "\xFF\xFF\xFF\xFF"
-                                 "\x78\x56\x34\x12"
-                                 "\x01\x00\x00\x00\x00\x00\x00\x80"
-                                 "\x00\x00\xC0\x3F",
-                                 26));
+    writeBytes("file", std::string("\x80\x7F"
+                                   "\xFE\xFF"
+                                   "\x34\x12"
+                                   "\xFF\xFF\xFF\xFF"
+                                   "\x78\x56\x34\x12"
+                                   "\x01\x00\x00\x00\x00\x00\x00\x80"
+                                   "\x00\x00\xC0\x3F",
+                                   26));
     ASSERT_TRUE(readFile(0, "file"));
     EXPECT_EQ(-128, readByte(0));
     EXPECT_EQ(127, readByte(0));
@@ -196,7 +189,7 @@ TEST_F(NumberedFiles, TheBitsOfAFloatSurvive) {
 }
 
 TEST_F(NumberedFiles, BytesMissingAtTheEndReadAsZero) {
-    makeFile("file", "\xFF\xFE\xFD");
+    writeBytes("file", "\xFF\xFE\xFD");
     ASSERT_TRUE(readFile(0, "file"));
     EXPECT_EQ(0x00FDFEFF, readLong(0));
     ASSERT_TRUE(seekFile(0, 2));
@@ -206,7 +199,7 @@ TEST_F(NumberedFiles, BytesMissingAtTheEndReadAsZero) {
 }
 
 TEST_F(NumberedFiles, PastTheEndEveryReadYieldsZero) {
-    makeFile("file", "abc");
+    writeBytes("file", "abc");
     ASSERT_TRUE(readFile(0, "file"));
     ASSERT_TRUE(seekFile(0, 100));
     EXPECT_TRUE(endOfFile(0));
@@ -220,10 +213,10 @@ TEST_F(NumberedFiles, PastTheEndEveryReadYieldsZero) {
 }
 
 TEST_F(NumberedFiles, TheEndIsKnownBeforeAndAfterReading) {
-    makeFile("empty", "");
+    writeBytes("empty", "");
     ASSERT_TRUE(readFile(0, "empty"));
     EXPECT_TRUE(endOfFile(0));
-    makeFile("file", "ab");
+    writeBytes("file", "ab");
     ASSERT_TRUE(readFile(0, "file"));
     EXPECT_FALSE(endOfFile(0));
     readByte(0);
@@ -233,7 +226,7 @@ TEST_F(NumberedFiles, TheEndIsKnownBeforeAndAfterReading) {
 }
 
 TEST_F(NumberedFiles, BlocksAreFilledAsFarAsTheFileGoes) {
-    makeFile("file", "abcde");
+    writeBytes("file", "abcde");
     ASSERT_TRUE(readFile(0, "file"));
     std::array<std::byte, 4> block{};
     EXPECT_EQ(4U, readBlock(0, block));
@@ -244,7 +237,7 @@ TEST_F(NumberedFiles, BlocksAreFilledAsFarAsTheFileGoes) {
 }
 
 TEST_F(NumberedFiles, NegativePositionsAreRefused) {
-    makeFile("file", "abc");
+    writeBytes("file", "abc");
     ASSERT_TRUE(readFile(0, "file"));
     readByte(0);
     EXPECT_FALSE(seekFile(0, -1));
@@ -254,7 +247,7 @@ TEST_F(NumberedFiles, NegativePositionsAreRefused) {
 
 TEST_F(NumberedFiles, LengthsAndPositionsHaveSixtyFourBits) {
     constexpr std::int64_t far = std::int64_t{5} << 30;
-    makeFile("file", "");
+    writeBytes("file", "");
     std::filesystem::resize_file("file", far);  // sparse
     ASSERT_TRUE(openFile(0, "file"));
     EXPECT_EQ(far, lengthOfFile(0));

@@ -1,40 +1,23 @@
 // Preference files on the disk: the old file stays whole until the new one is.
 #include <sys/fsuid.h>
-#include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include <csignal>
-#include <fstream>
-#include <iterator>
 #include <set>
-#include <vector>
 
 #include "services/disk/preferences.h"
+#include "tests/builders/file_bytes.h"
+#include "tests/stand_ins/file_size_limit.h"
 #include "tests/stand_ins/stand_ins.h"
 
 namespace {
 
 using namespace services;
+using builders::bytesOf;
+using builders::namesIn;
+using builders::writeBytes;
 
-class PreferenceFiles : public stand_ins::StandInTest {
-  protected:
-    static void makeFile(const std::string& name, const std::string& bytes) {
-        std::ofstream(name, std::ios::binary) << bytes;
-    }
-
-    static std::string bytesOf(const std::string& name) {
-        std::ifstream file(name, std::ios::binary);
-        return {std::istreambuf_iterator<char>(file), {}};
-    }
-
-    std::vector<std::string> names() const {
-        std::vector<std::string> found;
-        for (const auto& entry : std::filesystem::directory_iterator(directory))
-            found.push_back(entry.path().filename().string());
-        return found;
-    }
-};
+using PreferenceFiles = stand_ins::StandInTest;
 
 TEST_F(PreferenceFiles, AMissingFileGivesDefaultsAndIsNotMade) {
     Preferences preferences = openPreferences("settings");
@@ -42,7 +25,7 @@ TEST_F(PreferenceFiles, AMissingFileGivesDefaultsAndIsNotMade) {
     EXPECT_EQ(7, readInteger(preferences, "key", 7));
     EXPECT_EQ("x", readText(preferences, "key", "x"));
     EXPECT_TRUE(closePreferences(preferences));
-    EXPECT_TRUE(names().empty());
+    EXPECT_TRUE(namesIn(directory).empty());
 }
 
 TEST_F(PreferenceFiles, WhatIsNoRegularFileGivesDefaults) {
@@ -53,45 +36,45 @@ TEST_F(PreferenceFiles, WhatIsNoRegularFileGivesDefaults) {
 }
 
 TEST_F(PreferenceFiles, AFileBeyondAnySenseGivesDefaults) {
-    makeFile("settings", "[group]\nkey = value\n");
+    writeBytes("settings", "[group]\nkey = value\n");
     std::filesystem::resize_file("settings", static_cast<std::uintmax_t>(preferenceFileLimit) + 1);
     EXPECT_TRUE(openPreferences("settings").groups.empty());
 }
 
 TEST_F(PreferenceFiles, OpeningSelectsThePartBeforeTheFirstGroup) {
-    makeFile("settings", "key = value\n[group]\nkey = other\n");
+    writeBytes("settings", "key = value\n[group]\nkey = other\n");
     const Preferences preferences = openPreferences("settings");
     EXPECT_EQ("value", readText(preferences, "key", "-"));
 }
 
 TEST_F(PreferenceFiles, ClosingWithoutAChangeLeavesTheBytes) {
     const std::string bytes = "[group]\r\nKEY=value";
-    makeFile("settings", bytes);
+    writeBytes("settings", bytes);
     Preferences preferences = openPreferences("settings");
     EXPECT_TRUE(closePreferences(preferences));
     EXPECT_EQ(bytes, bytesOf("settings"));
 }
 
 TEST_F(PreferenceFiles, ClosingAfterAChangeWritesEverything) {
-    makeFile("settings", "[group]\r\nKEY=value");
+    writeBytes("settings", "[group]\r\nKEY=value");
     Preferences preferences = openPreferences("settings");
     preferenceGroup(preferences, "group");
     writeInteger(preferences, "more", 1);
     EXPECT_TRUE(closePreferences(preferences));
     EXPECT_EQ("[group]\nKEY = value\nmore = 1\n", bytesOf("settings"));
-    EXPECT_EQ(std::vector<std::string>{"settings"}, names());
+    EXPECT_EQ(std::set<std::string>{"settings"}, namesIn(directory));
 }
 
 TEST_F(PreferenceFiles, ACreatedFileIsWrittenEvenWhenEmpty) {
     Preferences preferences;
     ASSERT_TRUE(createPreferences(preferences, "settings"));
     EXPECT_TRUE(closePreferences(preferences));
-    EXPECT_EQ(std::vector<std::string>{"settings"}, names());
+    EXPECT_EQ(std::set<std::string>{"settings"}, namesIn(directory));
     EXPECT_EQ("", bytesOf("settings"));
 }
 
 TEST_F(PreferenceFiles, CreatingForgetsWhatTheFileHeld) {
-    makeFile("settings", "[old]\nkey = value\n");
+    writeBytes("settings", "[old]\nkey = value\n");
     Preferences preferences = openPreferences("settings");
     ASSERT_TRUE(createPreferences(preferences, "settings"));
     preferenceGroup(preferences, "new");
@@ -101,13 +84,13 @@ TEST_F(PreferenceFiles, CreatingForgetsWhatTheFileHeld) {
 }
 
 TEST_F(PreferenceFiles, TheOldFileIsWholeUntilTheNewOneIs) {
-    makeFile("settings", "[old]\nkey = value\n");
+    writeBytes("settings", "[old]\nkey = value\n");
     Preferences preferences;
     ASSERT_TRUE(createPreferences(preferences, "settings"));
     preferenceGroup(preferences, "new");
     writeInteger(preferences, "key", 1);
     EXPECT_EQ("[old]\nkey = value\n", bytesOf("settings"));
-    EXPECT_EQ(2U, names().size()) << "the new file exists at once, under another name";
+    EXPECT_EQ(2U, namesIn(directory).size()) << "the new file exists at once, under another name";
     EXPECT_TRUE(closePreferences(preferences));
     EXPECT_EQ("[new]\nkey = 1\n", bytesOf("settings"));
 }
@@ -124,32 +107,24 @@ TEST_F(PreferenceFiles, AnUnwritablePlaceIsToldWhenCreating) {
         EXPECT_FALSE(preferences.changed) << path;
         EXPECT_TRUE(closePreferences(preferences)) << path;
     }
-    EXPECT_EQ(2U, names().size());
+    EXPECT_EQ(2U, namesIn(directory).size());
     EXPECT_TRUE(std::filesystem::is_fifo("fifo"));
 }
 
 TEST_F(PreferenceFiles, AShortWriteLeavesTheOldFileAndNothingElse) {
     const std::string old = "[old]\nkey = value\n";
-    makeFile("settings", old);
+    writeBytes("settings", old);
     Preferences preferences;
     ASSERT_TRUE(createPreferences(preferences, "settings"));
     preferenceGroup(preferences, "new");
     writeText(preferences, "key", Text(100'000, 'x'));
 
-    // Files can't grow beyond this: the first call writes a part, the second fails.
-    rlimit before = {};
-    ASSERT_EQ(0, getrlimit(RLIMIT_FSIZE, &before));
-    rlimit small = before;
-    small.rlim_cur = 4096;
-    const auto handler = std::signal(SIGXFSZ, SIG_IGN);
-    ASSERT_EQ(0, setrlimit(RLIMIT_FSIZE, &small));
-    const bool written = closePreferences(preferences);
-    ASSERT_EQ(0, setrlimit(RLIMIT_FSIZE, &before));
-    std::signal(SIGXFSZ, handler);
-
-    EXPECT_FALSE(written);
+    {
+        const stand_ins::FileSizeLimit full(4096);
+        EXPECT_FALSE(closePreferences(preferences));
+    }
     EXPECT_EQ(old, bytesOf("settings"));
-    EXPECT_EQ(std::vector<std::string>{"settings"}, names());
+    EXPECT_EQ(std::set<std::string>{"settings"}, namesIn(directory));
 }
 
 TEST_F(PreferenceFiles, ADirectoryThatVanishesIsAFailure) {
@@ -165,7 +140,7 @@ TEST_F(PreferenceFiles, ATargetThatBecameADirectoryIsAFailure) {
     ASSERT_TRUE(createPreferences(preferences, "settings"));
     std::filesystem::create_directory("settings");
     EXPECT_FALSE(closePreferences(preferences));
-    EXPECT_EQ(std::vector<std::string>{"settings"}, names());
+    EXPECT_EQ(std::set<std::string>{"settings"}, namesIn(directory));
 }
 
 TEST_F(PreferenceFiles, TheWorkingDirectoryMayChangeMeanwhile) {
@@ -177,12 +152,12 @@ TEST_F(PreferenceFiles, TheWorkingDirectoryMayChangeMeanwhile) {
     std::filesystem::current_path(directory);
     EXPECT_TRUE(std::filesystem::is_regular_file("settings"));
     EXPECT_TRUE(std::filesystem::is_empty("elsewhere"));
-    EXPECT_EQ(2U, names().size());
+    EXPECT_EQ(2U, namesIn(directory).size());
 }
 
 TEST_F(PreferenceFiles, ALinkIsReplacedAndWhatItLedToStays) {
     std::filesystem::create_directory("place");
-    makeFile("place/real", "precious");
+    writeBytes("place/real", "precious");
     std::filesystem::create_symlink("place/real", "settings");
     Preferences preferences;
     ASSERT_TRUE(createPreferences(preferences, "settings"));
@@ -203,7 +178,7 @@ class PreferenceFilesInPlace : public PreferenceFiles {
         place = directory / "place";
         std::filesystem::create_directory(place);
         path = (place / "settings").string();
-        makeFile(path, old);
+        writeBytes(path, old);
     }
 
     void TearDown() override {
@@ -219,13 +194,6 @@ class PreferenceFilesInPlace : public PreferenceFiles {
         if (geteuid() != 0) return;
         ASSERT_EQ(0, chown(path.c_str(), nobody, static_cast<gid_t>(-1)));
         setfsuid(nobody);
-    }
-
-    std::set<std::string> namesInPlace() const {
-        std::set<std::string> found;
-        for (const auto& entry : std::filesystem::directory_iterator(place))
-            found.insert(entry.path().filename().string());
-        return found;
     }
 
     const std::string old = "[old]\nkey = value\n" + std::string(5000, ';') + "\n";
@@ -249,7 +217,7 @@ TEST_F(PreferenceFilesInPlace, AreWrittenWhereNothingCanBeMadeBesideThem) {
     }
     ASSERT_EQ(0, stat(path.c_str(), &after));
     EXPECT_EQ(before.st_ino, after.st_ino);
-    EXPECT_EQ(std::set<std::string>{"settings"}, namesInPlace());
+    EXPECT_EQ(std::set<std::string>{"settings"}, namesIn(place));
 }
 
 TEST_F(PreferenceFilesInPlace, KeepTheirBytesUntilTheyAreClosed) {
@@ -267,22 +235,16 @@ TEST_F(PreferenceFilesInPlace, GetTheirBytesBackWhenTheDiskIsFull) {
     Preferences preferences;
     ASSERT_TRUE(createPreferences(preferences, path));
     writeText(preferences, "key", Text(100'000, 'x'));
-    rlimit before = {};
-    ASSERT_EQ(0, getrlimit(RLIMIT_FSIZE, &before));
-    rlimit small = before;
-    small.rlim_cur = 8192;
-    const auto handler = std::signal(SIGXFSZ, SIG_IGN);
-    ASSERT_EQ(0, setrlimit(RLIMIT_FSIZE, &small));
-    const bool written = closePreferences(preferences);
-    ASSERT_EQ(0, setrlimit(RLIMIT_FSIZE, &before));
-    std::signal(SIGXFSZ, handler);
-    EXPECT_FALSE(written);
+    {
+        const stand_ins::FileSizeLimit full(8192);
+        EXPECT_FALSE(closePreferences(preferences));
+    }
     EXPECT_EQ(old, bytesOf(path));
 }
 
 TEST_F(PreferenceFilesInPlace, ThatMayNotBeWrittenOrAreNoneOrLinksAreLeftAlone) {
     ASSERT_EQ(0, chmod(path.c_str(), 0444));
-    makeFile("real", "precious");
+    writeBytes("real", "precious");
     std::filesystem::create_symlink(directory / "real", place / "link");
     if (geteuid() == 0) {
         ASSERT_EQ(0, chown("real", nobody, static_cast<gid_t>(-1)));
@@ -294,22 +256,22 @@ TEST_F(PreferenceFilesInPlace, ThatMayNotBeWrittenOrAreNoneOrLinksAreLeftAlone) 
     }
     EXPECT_EQ(old, bytesOf(path));
     EXPECT_EQ("precious", bytesOf("real"));
-    EXPECT_EQ((std::set<std::string>{"settings", "link"}), namesInPlace());
+    EXPECT_EQ((std::set<std::string>{"settings", "link"}), namesIn(place));
 }
 
 TEST_F(PreferenceFiles, WhatSavesHaveLeftThatWereCutOffIsRemoved) {
     // No process has so high a number, and one that runs always has the number 1.
     for (const char* name : {"settings.neu-2147483647", "settings.neu-1", "settings.neu-",
                              "settings.neu-2x", "other.neu-2147483647"}) {
-        makeFile(name, "");
+        writeBytes(name, "");
     }
     Preferences preferences;
     ASSERT_TRUE(createPreferences(preferences, "settings"));
     EXPECT_TRUE(closePreferences(preferences));
-    const std::vector<std::string> left = names();
+    const std::set<std::string> left = namesIn(directory);
     EXPECT_EQ((std::set<std::string>{"other.neu-2147483647", "settings", "settings.neu-",
                                      "settings.neu-1", "settings.neu-2x"}),
-              std::set<std::string>(left.begin(), left.end()));
+              left);
 }
 
 // Behind the name stands what no process ever had for a number.
@@ -317,13 +279,13 @@ TEST_F(PreferenceFiles, AFileOfNoProcessIsNobodysLeftover) {
     const std::set<std::string> others = {"settings.neu-0", "settings.neu-2147483648",
                                           "settings.neu-99999999999999999999", "settings.neu--5"};
     for (const std::string& name : others)
-        makeFile(name, "");
+        writeBytes(name, "");
     Preferences preferences;
     ASSERT_TRUE(createPreferences(preferences, "settings"));
     EXPECT_TRUE(closePreferences(preferences));
     std::filesystem::remove("settings");
-    const std::vector<std::string> left = names();
-    EXPECT_EQ(others, std::set<std::string>(left.begin(), left.end()));
+    const std::set<std::string> left = namesIn(directory);
+    EXPECT_EQ(others, left);
 }
 
 TEST_F(PreferenceFiles, ClosingReleasesEverything) {
@@ -335,7 +297,7 @@ TEST_F(PreferenceFiles, ClosingReleasesEverything) {
     EXPECT_TRUE(preferences.path.empty());
     std::filesystem::remove("settings");
     EXPECT_TRUE(closePreferences(preferences));
-    EXPECT_TRUE(names().empty());
+    EXPECT_TRUE(namesIn(directory).empty());
 }
 
 TEST_F(PreferenceFiles, ALeftoverOfARunThatWasCutOffIsNoObstacle) {
@@ -344,7 +306,7 @@ TEST_F(PreferenceFiles, ALeftoverOfARunThatWasCutOffIsNoObstacle) {
     Preferences preferences;
     ASSERT_TRUE(createPreferences(preferences, "settings"));
     EXPECT_TRUE(closePreferences(preferences));
-    EXPECT_EQ(std::vector<std::string>{"settings"}, names());
+    EXPECT_EQ(std::set<std::string>{"settings"}, namesIn(directory));
 }
 
 TEST_F(PreferenceFiles, FilesBelowAnyNameAreKept) {

@@ -4,39 +4,24 @@
 #include <sys/stat.h>
 
 #include <filesystem>
-#include <fstream>
-#include <iterator>
 #include <set>
 #include <string>
 
+#include "tests/builders/file_bytes.h"
 #include "tests/stand_ins/stand_ins.h"
 
 namespace {
 
 namespace fs = std::filesystem;
+using builders::bytesOf;
+using builders::namesIn;
+using builders::writeBytes;
 using services::LinksAre;
 using services::PathView;
 using services::Presence;
 using State = services::WholeFile::State;
 
-class WholeFiles : public stand_ins::StandInTest {
-  protected:
-    static void writeBytes(const std::string& name, const std::string& bytes) {
-        std::ofstream(name, std::ios::binary) << bytes;
-    }
-
-    static std::string bytesOf(const std::string& name) {
-        std::ifstream file(name, std::ios::binary);
-        return {std::istreambuf_iterator<char>(file), {}};
-    }
-
-    static std::set<std::string> names() {
-        std::set<std::string> found;
-        for (const auto& entry : fs::directory_iterator("."))
-            found.insert(entry.path().filename().string());
-        return found;
-    }
-};
+using WholeFiles = stand_ins::StandInTest;
 
 // Empty, and with a NUL behind which another name would begin.
 constexpr PathView unusable[] = {PathView(""), PathView("file\0x", 6)};
@@ -91,7 +76,7 @@ TEST_F(WholeFiles, AreReplacedUnderTheirName) {
     writeBytes("part", "left by a run that was cut off");
     EXPECT_TRUE(services::replaceWholeFile("file", "part", "new"));
     EXPECT_EQ(bytesOf("file"), "new");
-    EXPECT_EQ(names(), std::set<std::string>{"file"});
+    EXPECT_EQ(namesIn("."), std::set<std::string>{"file"});
 }
 
 TEST_F(WholeFiles, AnUnusableNameReplacesNothing) {
@@ -101,13 +86,13 @@ TEST_F(WholeFiles, AnUnusableNameReplacesNothing) {
         EXPECT_FALSE(services::replaceWholeFile("file", path, "new"));
     }
     EXPECT_EQ(bytesOf("file"), "old");
-    EXPECT_EQ(names(), std::set<std::string>{"file"});
+    EXPECT_EQ(namesIn("."), std::set<std::string>{"file"});
 }
 
 TEST_F(WholeFiles, ADirectoryIsNotReplaced) {
     fs::create_directory("file");
     EXPECT_FALSE(services::replaceWholeFile("file", "part", "new"));
-    EXPECT_EQ(names(), std::set<std::string>{"file"});
+    EXPECT_EQ(namesIn("."), std::set<std::string>{"file"});
     EXPECT_TRUE(fs::is_directory("file"));
 }
 

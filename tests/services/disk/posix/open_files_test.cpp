@@ -16,7 +16,7 @@
 #include "services/disk/numbered_files.h"
 #include "services/disk/posix/descriptors.h"
 #include "services/disk/system_files.h"
-#include "tests/files/file_size_limit.h"
+#include "tests/stand_ins/file_size_limit.h"
 #include "tests/stand_ins/stand_ins.h"
 
 namespace {
@@ -150,7 +150,7 @@ TEST_F(OpenFiles, WritingGoesOnAfterAShortCallAndFailsWhereTheDiskIsFull) {
     const std::string text(3000, 'x');
     bool written = true;
     {
-        const files_tests::FileSizeLimit full(1000);
+        const stand_ins::FileSizeLimit full(1000);
         written = services::writeText(0, text);
     }
     EXPECT_FALSE(written);

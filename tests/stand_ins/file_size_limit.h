@@ -5,7 +5,7 @@
 
 #include <csignal>
 
-namespace files_tests {
+namespace stand_ins {
 
 // While it lives, writing beyond fails in the middle, as it does on a full disk.
 class FileSizeLimit {
@@ -27,4 +27,4 @@ class FileSizeLimit {
     void (*previousHandler)(int);
 };
 
-}  // namespace files_tests
+}  // namespace stand_ins
