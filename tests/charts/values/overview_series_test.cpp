@@ -1,23 +1,25 @@
 #include <gtest/gtest.h>
 
-#include <cmath>
 #include <limits>
 #include <vector>
 
 #include "charts/values/value_catalogue.h"
 #include "charts/values/value_series.h"
 #include "tests/charts/chart_test.h"
+#include "tests/charts/values/series_rows.h"
 
 namespace {
 
+using chart_tests::expectSeries;
+using chart_tests::infinity;
+using chart_tests::nan;
 using chart_tests::recordsOfWatt;
+using chart_tests::SeriesRow;
 using charts::computeOverviewSeries;
 using charts::Limits;
 using charts::ValueSeries;
 
 constexpr int wattValue = 3;
-constexpr float infinity = std::numeric_limits<float>::infinity();
-constexpr float nan = std::numeric_limits<float>::quiet_NaN();
 
 ValueSeries wattSeries(std::initializer_list<float> watts, const Limits& limits = {}) {
     ValueSeries series;
@@ -25,24 +27,8 @@ ValueSeries wattSeries(std::initializer_list<float> watts, const Limits& limits 
     return series;
 }
 
-// Equal, or both not a number.
-bool same(float a, float b) {
-    return a == b || (std::isnan(a) && std::isnan(b));
-}
-
-struct Row {
-    const char* name;
-    std::vector<float> data;
-    Limits limits;
-    bool hasData;
-    float minimum;
-    float maximum;
-    float mean;
-    std::vector<float> values;
-};
-
 TEST(OverviewSeries, FollowsItsRulesForMinimumMaximumMeanAndLimits) {
-    const Row rows[] = {
+    const SeriesRow rows[] = {
         {"no record", {}, {}, false, 0, 0, 0, {}},
         {"one", {4}, {}, true, 4, 4, 4, {4}},
         {"several", {5, 3, 1}, {}, true, 1, 5, 3, {5, 3, 1}},
@@ -119,21 +105,14 @@ TEST(OverviewSeries, FollowsItsRulesForMinimumMaximumMeanAndLimits) {
          infinity,
          {infinity, infinity}},
     };
-    for (const Row& row : rows) {
+    for (const SeriesRow& row : rows) {
         SCOPED_TRACE(row.name);
         std::vector<device::DictionaryRecord> records;
         for (const float watt : row.data)
             records.push_back(chart_tests::recordOfWatt(watt));
         ValueSeries series;
         computeOverviewSeries(wattValue, records, row.limits, series);
-        EXPECT_EQ(series.hasData, row.hasData);
-        EXPECT_TRUE(same(series.minimum, row.minimum)) << series.minimum;
-        EXPECT_TRUE(same(series.maximum, row.maximum)) << series.maximum;
-        EXPECT_TRUE(same(series.mean, row.mean)) << series.mean;
-        ASSERT_EQ(series.values.size(), row.values.size());
-        for (std::size_t i = 0; i < row.values.size(); ++i) {
-            EXPECT_TRUE(same(series.values[i], row.values[i])) << i << ": " << series.values[i];
-        }
+        expectSeries(series, row);
     }
 }
 

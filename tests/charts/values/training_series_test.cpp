@@ -1,42 +1,28 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
-#include <cstdint>
 #include <limits>
 #include <vector>
 
 #include "charts/values/value_catalogue.h"
 #include "charts/values/value_series.h"
 #include "tests/charts/chart_test.h"
+#include "tests/charts/values/series_rows.h"
 
 namespace {
 
+using chart_tests::expectSeries;
+using chart_tests::infinity;
+using chart_tests::nan;
+using chart_tests::SeriesRow;
 using charts::computeTrainingSeries;
-using charts::Limits;
 using charts::ValueSeries;
 
 constexpr int ratioValue = 51;   // power by pulse
 constexpr int storedValue = 71;  // any float
-constexpr float infinity = std::numeric_limits<float>::infinity();
-constexpr float nan = std::numeric_limits<float>::quiet_NaN();
-
-bool same(float a, float b) {
-    return a == b || (std::isnan(a) && std::isnan(b));
-}
-
-struct Row {
-    const char* name;
-    std::vector<float> data;
-    Limits limits;
-    bool hasData;
-    float minimum;
-    float maximum;
-    float mean;
-    std::vector<float> values;
-};
 
 TEST(TrainingSeries, FollowsItsRulesForMinimumMaximumMeanAndLimits) {
-    const Row rows[] = {
+    const SeriesRow rows[] = {
         {"no sample", {}, {}, false, 0, 0, 0, {}},
         {"one", {4}, {}, true, 4, 4, 4, {4}},
         {"several", {5, 3, 1}, {}, true, 1, 5, 3, {5, 3, 1}},
@@ -92,7 +78,7 @@ TEST(TrainingSeries, FollowsItsRulesForMinimumMaximumMeanAndLimits) {
          3.4028235e38F,
          {3.4028235e38F, 3.4028235e38F}},
     };
-    for (const Row& row : rows) {
+    for (const SeriesRow& row : rows) {
         SCOPED_TRACE(row.name);
         std::vector<device::TrainingSample> samples;
         for (const float value : row.data) {
@@ -102,14 +88,7 @@ TEST(TrainingSeries, FollowsItsRulesForMinimumMaximumMeanAndLimits) {
         }
         ValueSeries series;
         computeTrainingSeries(storedValue, samples, row.limits, series);
-        EXPECT_EQ(series.hasData, row.hasData);
-        EXPECT_TRUE(same(series.minimum, row.minimum)) << series.minimum;
-        EXPECT_TRUE(same(series.maximum, row.maximum)) << series.maximum;
-        EXPECT_TRUE(same(series.mean, row.mean)) << series.mean;
-        ASSERT_EQ(series.values.size(), row.values.size());
-        for (std::size_t i = 0; i < row.values.size(); ++i) {
-            EXPECT_TRUE(same(series.values[i], row.values[i])) << i << ": " << series.values[i];
-        }
+        expectSeries(series, row);
         EXPECT_EQ(series.firstDate, 0);
         EXPECT_EQ(series.lastDate, 0);
         EXPECT_EQ(series.totalRideTime, 0);
