@@ -1,26 +1,18 @@
 #include "files/backup_copy.h"
 
-#include <fcntl.h>
-#include <unistd.h>
-
 #include <chrono>
-#include <csignal>
 #include <filesystem>
+#include <set>
 #include <string>
 #include <vector>
 
-#include "device/device_tree.h"
 #include "device/index_recovery.h"
 #include "device/training_names.h"
-#include "files/backup_plan.h"
-#include "files/report_window.h"
-#include "services/disk/directories.h"
-#include "services/disk/endings.h"
 #include "services/disk/held_directory.h"
 #include "services/disk/numbered_files.h"
 #include "services/disk/whole_files.h"
 #include "services/text/text.h"
-#include "tests/files/files_test.h"
+#include "tests/files/backup_fixture.h"
 #include "tests/stand_ins/file_size_limit.h"
 
 namespace {
@@ -31,82 +23,6 @@ using services::operator""_l1;
 using stand_ins::FileSizeLimit;
 using stand_ins::world;
 using Numbers = std::vector<std::uint64_t>;
-
-constexpr const char* legend =
-    "* = Die Datei ist bereits vorhanden.\r"
-    "+ = Die Datei wurde kopiert.\r"
-    "- = Die Datei konnte nicht kopiert werden.\r";
-
-// A lease keeps the file from being opened for writing, whoever runs the test.
-class ReadOnlyForAll {
-  public:
-    explicit ReadOnlyForAll(const char* path) : file(open(path, O_RDONLY | O_CLOEXEC)) {
-        EXPECT_GE(file, 0);
-        EXPECT_EQ(fcntl(file, F_SETLEASE, F_RDLCK), 0);
-    }
-    ~ReadOnlyForAll() {
-        close(file);
-        std::signal(SIGIO, previousHandler);
-    }
-    ReadOnlyForAll(const ReadOnlyForAll&) = delete;
-    ReadOnlyForAll& operator=(const ReadOnlyForAll&) = delete;
-
-  private:
-    void (*previousHandler)(int) = std::signal(SIGIO, SIG_IGN);
-    int file;
-};
-
-class BackupCopy : public FilesTest {
-  protected:
-    void SetUp() override {
-        FilesTest::SetUp();
-        backup = directory / "stick" / "data" / "result" / "ergo_bike";
-        fs::create_directories(backup);
-        device::state.backupDirectory = backup.string() + "/";
-        world.beforeEvent = [this](int) {
-            const auto found = world.windows.find(services::reportWindow);
-            if (found != world.windows.end()) report = found->second;
-        };
-    }
-
-    void copy() {
-        files::copyToBackup(700, [this] { ++tableChanges; });
-    }
-
-    // Copies and closes the report.
-    void copyAndClose() {
-        world.events.push_back(closeEvent(services::reportWindow));
-        copy();
-    }
-
-    // The report without its legend.
-    std::string lines() {
-        const std::string text = report.controls[files::reportText].text;
-        EXPECT_EQ(text.substr(0, std::string(legend).size()), legend);
-        return text.substr(std::min(text.size(), std::string(legend).size()));
-    }
-
-    static std::string line(char mark, std::uint64_t number) {
-        return std::string(1, mark) + " " + nameOf(number) + " Training " + std::to_string(number) +
-               "\r";
-    }
-
-    // The same place by a path whose text before the second "/", its drive, is another one.
-    static std::string onAnotherDrive(const fs::path& path) { return "/." + path.string(); }
-
-    // An index of the backup that names these trainings, and nothing else.
-    void useBackupIndex(const std::vector<device::DictionaryRecord>& records,
-                        const std::string& strayBytes = "") {
-        std::string bytes;
-        for (const auto& record : records)
-            bytes += device::encodeDictionaryRecord(record);
-        writeBytes(backup / "dictionary.2", bytes + strayBytes);
-    }
-
-    fs::path backup;
-    stand_ins::WindowRecord report;  // as it was before the last event
-    int tableChanges = 0;
-};
 
 TEST_F(BackupCopy, CopiesWhatTheBackupLacksAndAppendsItsRecords) {
     useCard({recordOf(1, 1), recordOf(2, 2), recordOf(3, 3)});
@@ -274,29 +190,6 @@ TEST_F(BackupCopy, LeftoversOfAnInterruptedCopyAreRemovedAndNothingElse) {
                                                       device::unfinishedName("notes")}));
 }
 
-TEST_F(BackupCopy, AMissingBackupDirectoryIsReported) {
-    useCard({recordOf(1, 1)});
-    device::state.backupDirectory =
-        "/nowhere/B\xC3\xBC"
-        "cher/";
-    stand_ins::expectMessage(
-        "Fehler"_l1, "Die Datei '/nowhere/Bücher/Dictionary.2' konnte nicht geöffnet werden!"_l1);
-    copyAndClose();
-    EXPECT_EQ(lines(), "");
-    EXPECT_EQ(tableChanges, 1);
-}
-
-TEST_F(BackupCopy, ADirectoryInPlaceOfTheBackupIndexIsReported) {
-    useCard({recordOf(1, 1)});
-    fs::create_directory(backup / "dictionary.2");
-    stand_ins::expectMessage("Fehler"_l1,
-                             services::Text("Die Datei '"_l1) + device::state.backupDirectory +
-                                 services::Text("Dictionary.2' konnte nicht geöffnet werden!"_l1));
-    copyAndClose();
-    EXPECT_EQ(lines(), "");
-    EXPECT_FALSE(fs::exists(backup / nameOf(1)));
-}
-
 // Saving the index was cut off, and now the card can't be written: its trainings are listed from
 // the copy of the index, and can be backed up.
 TEST_F(BackupCopy, ACardThatIsListedFromTheCopyOfItsIndexIsBackedUp) {
@@ -414,106 +307,6 @@ TEST_F(BackupCopy, TheTableIsReadAfreshBeforeAndAfter) {
     EXPECT_EQ(device::state.dictionary[0].selected, 1);
 }
 
-TEST_F(BackupCopy, WithoutABackupDirectoryOneIsChosen) {
-    useCard({recordOf(1, 1)});
-    device::state.backupDirectory = "";
-    device::state.programDirectory = "/program/";
-    const fs::path elsewhere = directory / "zweiter";
-    fs::create_directories(elsewhere);
-    world.directoryAnswers.push_back(
-        {services::Text("Wähle das Verzeichnis der Sicherheitskopie"_l1), "/program/",
-         onAnotherDrive(elsewhere) + "/"});
-    copyAndClose();
-    EXPECT_EQ(lines(), line('+', 1));
-    EXPECT_TRUE(fs::exists(elsewhere / "data/result/ergo_bike" / nameOf(1)));
-}
-
-TEST_F(BackupCopy, ARefusedChoiceStopsWhenNoDirectoryWasChosenBefore) {
-    useCard({recordOf(1, 1)});
-    device::state.backupDirectory = "";
-    world.directoryAnswers.push_back(
-        {services::Text("Wähle das Verzeichnis der Sicherheitskopie"_l1), "",
-         directory.string() + "/"});
-    stand_ins::expectMessage(
-        "Fehler"_l1,
-        "Das gewählte Laufwerk der Sicherheitskopie ist mit dem Laufwerk des Daum Verzeichnisses "
-        "identisch!"_l1);
-    copy();
-    EXPECT_TRUE(world.windows.empty());
-    EXPECT_EQ(tableChanges, 0);
-}
-
-// An index in the tree that is made then would be found in place of the card's.
-TEST_F(BackupCopy, ACancelledChoiceCopiesNothingHoweverOftenItIsCancelled) {
-    useCard({recordOf(1, 1)});
-    for (const services::Path& before : {services::Path(), services::currentDirectory()}) {
-        device::state.backupDirectory = before;
-        for (int i = 0; i < 2; ++i) {
-            world.directoryAnswers.push_back(
-                {services::Text("Wähle das Verzeichnis der Sicherheitskopie"_l1), "", ""});
-            world.events = {closeEvent(services::reportWindow)};
-            copy();
-            EXPECT_EQ(world.events.size(), 1U) << "a report was read";
-            EXPECT_EQ(device::state.backupDirectory, before);
-        }
-    }
-    world.events.clear();
-    EXPECT_TRUE(world.windows.empty());
-    EXPECT_TRUE(fs::is_empty("data/result/ergo_bike"));
-    EXPECT_EQ(tableChanges, 0);
-    EXPECT_EQ(device::locateDeviceTree(), device::TreeLocation::current);
-}
-
-TEST_F(BackupCopy, AChoiceThatEndsWithTheProgramMakesAndCopiesNothing) {
-    useCard({recordOf(1, 1)});
-    device::state.backupDirectory = "";
-    world.directoryAnswers.push_back(
-        {services::Text("Wähle das Verzeichnis der Sicherheitskopie"_l1), "", ""});
-    world.events = {closeEvent(services::reportWindow)};
-    services::askForQuit();
-    copy();
-    services::forgetQuit();
-    EXPECT_EQ(world.events.size(), 1U) << "a report was read";
-    world.events.clear();
-    EXPECT_TRUE(world.windows.empty());
-    EXPECT_EQ(namesIn("."), (std::set<std::string>{"dictionary.2", nameOf(1)}));
-    EXPECT_EQ(device::state.backupDirectory, "");
-}
-
-TEST_F(BackupCopy, TheCurrentDirectoryAsBackupAsksForAnotherAndCopiesNothing) {
-    useCard({recordOf(1, 1)});
-    device::state.backupDirectory = services::currentDirectory();
-    world.directoryAnswers.push_back(
-        {services::Text("Wähle das Verzeichnis der Sicherheitskopie"_l1), "",
-         directory.string() + "/"});
-    stand_ins::expectMessage(
-        "Fehler"_l1,
-        "Das gewählte Laufwerk der Sicherheitskopie ist mit dem Laufwerk des Daum Verzeichnisses "
-        "identisch!"_l1);
-    const std::string index = bytesOf("dictionary.2");
-    copyAndClose();
-    EXPECT_EQ(lines(), line('*', 1));
-    EXPECT_EQ(bytesOf("dictionary.2"), index);
-}
-
-TEST_F(BackupCopy, TheCurrentDirectoryAsBackupHasAMessageOfItsOwnWhenItCanNotBeWritten) {
-    useCard({recordOf(1, 1)});
-    device::state.backupDirectory = services::currentDirectory();
-    world.directoryAnswers.push_back(
-        {services::Text("Wähle das Verzeichnis der Sicherheitskopie"_l1), "",
-         directory.string() + "/"});
-    stand_ins::expectMessage(
-        "Fehler"_l1,
-        "Das gewählte Laufwerk der Sicherheitskopie ist mit dem Laufwerk des Daum Verzeichnisses "
-        "identisch!"_l1);
-    stand_ins::expectMessage(
-        "Fehler"_l1,
-        "Der Pfad der Sicherheitskopie ist mit dem aktuellen Daum Verzeichnis identisch!"_l1);
-    const ReadOnlyForAll index("dictionary.2");
-    copyAndClose();
-    EXPECT_EQ(lines(), "");
-}
-
 TEST_F(BackupCopy, TheReportWindowIsAsWideAsItsText) {
     useCard({recordOf(1, 1)});
     copyAndClose();
@@ -530,23 +323,6 @@ TEST_F(BackupCopy, WithoutAReportWindowNothingIsCopied) {
     world.windowsOpen = false;
     copy();
     EXPECT_TRUE(fs::is_empty(backup));
-}
-
-// Paths are compared as text: by another way to it the card is a backup like any other.
-TEST_F(BackupCopy, TheCurrentDirectoryByAnotherPathIsTakenForAnother) {
-    useCard({recordOf(1, 1)});
-    device::state.backupDirectory = onAnotherDrive(services::currentDirectory());
-    const std::string index = bytesOf("dictionary.2");
-    copyAndClose();
-    EXPECT_EQ(lines(), line('*', 1));
-    EXPECT_EQ(bytesOf("dictionary.2"), index);
-
-    stand_ins::expectMessage(
-        "Fehler"_l1, services::concatenate("Die Datei '", device::state.backupDirectory,
-                                           "Dictionary.2' konnte nicht geöffnet werden!"_l1));
-    const ReadOnlyForAll leased("dictionary.2");
-    copyAndClose();
-    EXPECT_EQ(lines(), "");
 }
 
 }  // namespace

@@ -4,21 +4,19 @@
 #include <string>
 #include <vector>
 
+#include "tests/files/file_command_answers.h"
 #include "tests/files/files_test.h"
 
 namespace {
 
 namespace fs = std::filesystem;
 using namespace files_tests;
-using services::operator""_l1;
 using Numbers = std::vector<std::uint64_t>;
 
 class Deletion : public FilesTest {
   protected:
     static void expectQuestion(bool yes) {
-        stand_ins::world.questionAnswers.push_back(
-            {services::Text("Lösche Datei"_l1),
-             services::Text("Sollen die ausgewählten Dateien wirklich gelöscht werden?"_l1), yes});
+        stand_ins::world.questionAnswers.push_back(deletionAnswer(yes));
     }
 
     static void choose(const std::vector<std::size_t>& indexes) {
@@ -59,8 +57,7 @@ TEST_F(Deletion, NothingChosenLeavesTheIndexUntouched) {
     writeBytes("dictionary.2", bytesOf("dictionary.2") + "rest");
     const std::string index = bytesOf("dictionary.2");
     expectQuestion(true);
-    stand_ins::expectMessage("Lösche Datei"_l1,
-                             "Es wurden keine Dateien zum Löschen ausgewählt!"_l1);
+    expectNothingToDelete();
     files::deleteChosenTrainings();
     EXPECT_EQ(bytesOf("dictionary.2"), index);
     EXPECT_TRUE(fs::exists(nameOf(1)) && fs::exists(nameOf(2)));

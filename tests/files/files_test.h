@@ -3,11 +3,7 @@
 
 #include <cstdint>
 #include <filesystem>
-#include <fstream>
-#include <iterator>
-#include <set>
 #include <string>
-#include <string_view>
 #include <vector>
 
 #include "charts/chart_state.h"
@@ -15,29 +11,14 @@
 #include "device/dictionary.h"
 #include "services/text/numbers.h"
 #include "tests/builders/card_builder.h"
+#include "tests/builders/file_bytes.h"
 #include "tests/stand_ins/stand_ins.h"
 
 namespace files_tests {
 
-inline std::string bytesOf(const std::filesystem::path& path) {
-    std::ifstream file(path, std::ios::binary);
-    EXPECT_TRUE(file.good()) << path;
-    return {std::istreambuf_iterator<char>(file), {}};
-}
-
-inline void writeBytes(const std::filesystem::path& path, std::string_view bytes) {
-    std::ofstream file(path, std::ios::binary);
-    file.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
-    file.close();
-    ASSERT_TRUE(file.good()) << path;
-}
-
-inline std::set<std::string> namesIn(const std::filesystem::path& directory) {
-    std::set<std::string> names;
-    for (const auto& entry : std::filesystem::directory_iterator(directory))
-        names.insert(entry.path().filename().string());
-    return names;
-}
+using builders::bytesOf;
+using builders::namesIn;
+using builders::writeBytes;
 
 inline std::string nameOf(std::uint64_t number) {
     return services::numberToHexadecimal16(number);
@@ -92,6 +73,14 @@ class FilesTest : public stand_ins::StandInTest {
 
     static std::string contentOf(const std::string& trainingName) {
         return trainingName + std::string(44, 'x');
+    }
+
+    // Trainings of the numbers 1, 2, 3 …, each on the day of its number.
+    void useTrainings(int count) {
+        std::vector<device::DictionaryRecord> records;
+        for (int i = 1; i <= count; ++i)
+            records.push_back(recordOf(static_cast<std::uint64_t>(i), i));
+        useCard(records);
     }
 
     std::filesystem::path tree;

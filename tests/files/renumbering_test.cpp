@@ -6,27 +6,23 @@
 #include <vector>
 
 #include "files/report_window.h"
-#include "tests/files/files_test.h"
+#include "tests/files/file_command_answers.h"
+#include "tests/files/report_test.h"
 #include "tests/stand_ins/file_size_limit.h"
 
 namespace {
 
 namespace fs = std::filesystem;
 using namespace files_tests;
-using services::operator""_l1;
 using stand_ins::FileSizeLimit;
 using stand_ins::world;
 using Numbers = std::vector<std::uint64_t>;
 
-class Renumbering : public FilesTest {
+class Renumbering : public ReportTest {
   protected:
     void SetUp() override {
-        FilesTest::SetUp();
+        ReportTest::SetUp();
         device::state.renumberingEnabled = true;
-        world.beforeEvent = [this](int) {
-            const auto found = world.windows.find(services::reportWindow);
-            if (found != world.windows.end()) report = found->second;
-        };
     }
 
     static void expectWarning(bool yes) {
@@ -39,12 +35,7 @@ class Renumbering : public FilesTest {
     }
 
     static void expectQuestion(bool yes) {
-        world.questionAnswers.push_back({"Dateinamen neu durchnummerieren",
-                                         "Sollen die Dateinamen neu durchnummeriert werden?", yes});
-    }
-
-    static void expectDone() {
-        stand_ins::expectMessage("Dateinamen", "Die Dateinamen wurden neu durchnummeriert!");
+        world.questionAnswers.push_back(renumberingAnswer(yes));
     }
 
     void renumber() {
@@ -54,7 +45,7 @@ class Renumbering : public FilesTest {
     // Unlocked, confirmed, and the report closed.
     void renumberAndClose() {
         expectQuestion(true);
-        expectDone();
+        expectRenumbered();
         world.events.push_back(closeEvent(services::reportWindow));
         renumber();
     }
@@ -69,9 +60,6 @@ class Renumbering : public FilesTest {
         }
         return found;
     }
-
-    stand_ins::WindowRecord report;  // as it was before the last event
-    int tableChanges = 0;
 };
 
 TEST_F(Renumbering, ClosesTheGapsInDateOrder) {
@@ -279,7 +267,7 @@ TEST_F(Renumbering, TheReportWindowHasItsSizes) {
 TEST_F(Renumbering, TheReportStaysUntilItIsClosedOrEscapeIsPressed) {
     useCard({recordOf(1, 1)});
     expectQuestion(true);
-    expectDone();
+    expectRenumbered();
     // What happens elsewhere does not end it.
     world.events = {closeEvent(services::mainWindow), closeEvent(services::listWindow),
                     shortcutEvent(services::mainWindow, 1), shortcutEvent(services::listWindow, 1)};
@@ -297,7 +285,7 @@ TEST_F(Renumbering, TheReportStaysUntilItIsClosedOrEscapeIsPressed) {
 TEST_F(Renumbering, TheReportsTextFollowsItsWindow) {
     useCard({recordOf(1, 1)});
     expectQuestion(true);
-    expectDone();
+    expectRenumbered();
     world.events = {{.kind = services::EventKind::resize, .window = services::reportWindow},
                     closeEvent(services::reportWindow)};
     world.beforeEvent = [this](int call) {

@@ -39,13 +39,6 @@ class TrainingCopies : public FilesTest {
         FilesTest::TearDown();
     }
 
-    void useTrainings(int count) {
-        std::vector<device::DictionaryRecord> records;
-        for (int i = 1; i <= count; ++i)
-            records.push_back(recordOf(static_cast<std::uint64_t>(i), i));
-        useCard(records);
-    }
-
     // The marks in the order in which they are told.
     std::string copy(const std::vector<bool>& missing, std::size_t groupOf,
                      const std::function<void(std::size_t record)>& whenTold = {}) {
