@@ -1,4 +1,5 @@
-#include <fstream>
+#include <filesystem>
+#include <string>
 
 #include "charts/values/chart_options.h"
 #include "services/disk/directories.h"
@@ -6,6 +7,7 @@
 #include "settings/start_settings.h"
 #include "tests/app/app_test.h"
 #include "tests/builders/card_builder.h"
+#include "tests/builders/file_bytes.h"
 
 namespace {
 
@@ -14,7 +16,7 @@ using settings::loadStartSettings;
 class LoadingSettings : public AppTest {
   protected:
     void load(const std::string& text) {
-        std::ofstream(directory / "Einstellungen.dat", std::ios::binary) << text;
+        builders::writeBytes(directory / "Einstellungen.dat", text);
         loadStartSettings();
     }
 };

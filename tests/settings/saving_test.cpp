@@ -1,28 +1,22 @@
 #include "settings/saving.h"
 
 #include <sys/fsuid.h>
-#include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include <algorithm>
 #include <clocale>
-#include <csignal>
-#include <fstream>
-#include <iterator>
+#include <filesystem>
 #include <locale>
+#include <string>
 
-#include "charts/values/chart_options.h"
 #include "services/disk/directories.h"
-#include "services/menus.h"
-#include "settings/start_settings.h"
-#include "tests/app/app_test.h"
 #include "tests/builders/card_builder.h"
+#include "tests/settings/settings_file_fixture.h"
+#include "tests/stand_ins/file_size_limit.h"
 
 namespace {
 
-using services::operator""_l1;
-using stand_ins::world;
+using settings_tests::SettingsFile;
 
 // What a first save without a card, a mark or a colour of one's own writes.
 const std::string untouched =
@@ -77,65 +71,6 @@ const std::string untouched =
     "Farbe 70 = 15822571\n"
     "Farbe 71 = 22238255\n"
     "; \n";
-
-class SettingsFile : public AppTest {
-  protected:
-    void SetUp() override {
-        AppTest::SetUp();
-        std::vector<services::MenuRow> rows;
-        for (const int first : {0, 50}) {
-            const int count = first == 0 ? charts::overviewValueCount : charts::trainingValueCount;
-            for (int value = first; value < first + count; ++value) {
-                for (int base = 100; base <= 700; base += 100)
-                    rows.push_back({services::MenuRowKind::checkItem, base + value, {}});
-            }
-        }
-        services::buildMenuBar(services::mainWindow, rows);
-        settings::loadStartSettings();
-    }
-
-    static void save() {
-        stand_ins::expectMessage("Preferences"_l1,
-                                 "Die aktuellen Einstellungen der Übersicht wurden als "
-                                 "Starteinstellungen gespeichert!"_l1);
-        settings::saveStartSettings();
-    }
-    static void reload() {
-        stand_ins::expectMessage("Info"_l1, "Die Starteinstellungen wurden geladen!"_l1);
-        settings::reloadStartSettings();
-    }
-    static void answerDeletion(bool yes) {
-        world.questionAnswers.push_back(
-            {services::Text("Starteinstellungen zurücksetzen"_l1),
-             services::Text("Sollen die Starteinstellungen wirklich gelöscht werden?"_l1), yes});
-    }
-
-    std::string file() const {
-        std::ifstream stream(directory / "Einstellungen.dat", std::ios::binary);
-        return {std::istreambuf_iterator<char>(stream), {}};
-    }
-    void write(const std::string& text) const {
-        std::ofstream(directory / "Einstellungen.dat", std::ios::binary) << text;
-    }
-    std::string programDirectory() const { return directory.string() + "/"; }
-
-    // A new start of the program: nothing is left but the files.
-    void startAgain() {
-        std::filesystem::current_path(directory);
-        charts::state = {};
-        device::state = {};
-        settings::state = {};
-        charts::clearOptions(charts::ChartKind::overview);
-        charts::clearOptions(charts::ChartKind::training);
-        settings::loadStartSettings();
-        settings::applyMenuPreselection();
-    }
-
-    std::size_t filesInDirectory() const {
-        return static_cast<std::size_t>(
-            std::distance(std::filesystem::directory_iterator(directory), {}));
-    }
-};
 
 TEST_F(SettingsFile, IsWrittenByteForByte) {
     save();
@@ -234,58 +169,6 @@ TEST_F(SettingsFile, IsTheSameInEveryLocale) {
     std::setlocale(LC_ALL, "C");
 }
 
-TEST_F(SettingsFile, SavedAndLoadedGivesBackEverythingButTheLimits) {
-    builders::writeCard(directory / "Karte", 1);
-    std::filesystem::current_path(directory / "Karte");
-    settings::state.windowWidth = 700;
-    settings::state.windowHeight = 300;
-    device::state.backupDirectory = "/media/anna/Łódź/data/result/ergo_bike/";
-    device::state.renumberingEnabled = true;
-    charts::state.colours[3] = 77;
-    charts::state.colours[59] = 78;
-    charts::state.limits[3] = {.lower = 5, .upper = 6};
-    const charts::ColourTable colours = charts::state.colours;
-    const std::vector<int> marks = {100, 771, 503, 653};
-    for (const int item : marks)
-        services::setItemMark(item, true);
-    save();
-    startAgain();
-
-    EXPECT_EQ(700, settings::state.windowWidth);
-    EXPECT_EQ(300, settings::state.windowHeight);
-    EXPECT_EQ((directory / "Karte/data/result/ergo_bike/").string(), services::currentDirectory());
-    EXPECT_EQ("/media/anna/Łódź/data/result/ergo_bike/", device::state.backupDirectory);
-    EXPECT_TRUE(device::state.renumberingEnabled);
-    EXPECT_EQ(colours, charts::state.colours);
-    EXPECT_EQ(0x00F16EEB, charts::state.colours[70]);
-    EXPECT_EQ(0x0153542F, charts::state.colours[71]);
-    for (int item = 100; item < 772; ++item) {
-        EXPECT_EQ(std::find(marks.begin(), marks.end(), item) != marks.end(),
-                  services::itemMark(item))
-            << item;
-    }
-    EXPECT_EQ(0.0F, charts::state.limits[3].lower);
-    EXPECT_EQ(0.0F, charts::state.limits[3].upper);
-}
-
-TEST_F(SettingsFile, ACardBelowAnyDirectoryIsFoundAgain) {
-    for (const char* name : {"Karte", "Bücher", "Łódź", "日本", "Ã¼",
-                             "B\xFC"
-                             "cher",
-                             " mit Blanks "}) {
-        SCOPED_TRACE(name);
-        builders::writeCard(directory / name, 1);
-        std::filesystem::current_path(directory / name);
-        save();
-        startAgain();
-        EXPECT_EQ((directory / name / "data/result/ergo_bike/").string(),
-                  services::currentDirectory());
-        // Two directories whose names are the same in Latin-1 could not be told apart.
-        std::filesystem::current_path(directory);
-        std::filesystem::remove_all(directory / name);
-    }
-}
-
 TEST_F(SettingsFile, LeavesTheProgramDirectoryCurrent) {
     builders::writeCard(directory / "Karte", 1);
     std::filesystem::current_path(directory / "Karte");
@@ -323,16 +206,10 @@ TEST_F(SettingsFile, ThatCannotBeWrittenIsPassedOverSilentlyAndTheProgramDirecto
 TEST_F(SettingsFile, StaysWholeAndSilentWhenTheDiskIsFull) {
     const std::string old = "[Farben]\nFarbe 4 = 9\n";
     write(old);
-    // Files can't grow beyond this: the first call writes a part, the second fails.
-    rlimit before = {};
-    ASSERT_EQ(0, getrlimit(RLIMIT_FSIZE, &before));
-    rlimit small = before;
-    small.rlim_cur = 100;
-    const auto handler = std::signal(SIGXFSZ, SIG_IGN);
-    ASSERT_EQ(0, setrlimit(RLIMIT_FSIZE, &small));
-    settings::saveStartSettings();
-    ASSERT_EQ(0, setrlimit(RLIMIT_FSIZE, &before));
-    std::signal(SIGXFSZ, handler);
+    {
+        const stand_ins::FileSizeLimit full(100);
+        settings::saveStartSettings();
+    }
     EXPECT_EQ(old, file());
     EXPECT_EQ(1U, filesInDirectory());
 }
@@ -352,141 +229,6 @@ TEST_F(SettingsFile, IsWrittenInADirectoryThatTakesNoNewFile) {
     ASSERT_EQ(0, chmod(directory.c_str(), 0700));
     EXPECT_EQ(untouched, file());
     EXPECT_EQ(1U, filesInDirectory());
-}
-
-TEST_F(SettingsFile, IsNeverLookedForOnACardWhenTheProgramDirectoryIsGone) {
-    const std::filesystem::path program = directory / "Programm";
-    std::filesystem::create_directory(program);
-    builders::writeCard(directory / "Karte", 1);
-    const std::filesystem::path other = directory / "Karte/data/result/ergo_bike/Einstellungen.dat";
-    std::ofstream(other) << "[Farben]\nFarbe 3 = 5\n";
-    std::filesystem::current_path(directory / "Karte/data/result/ergo_bike");
-    device::state.programDirectory = program.string() + "/";
-    std::filesystem::remove(program);
-    settings::saveStartSettings();
-    reload();
-    EXPECT_EQ(4210752, charts::state.colours[3]);
-    answerDeletion(true);
-    settings::deleteStartSettings();
-    EXPECT_TRUE(std::filesystem::exists(other));
-}
-
-TEST_F(SettingsFile, ReloadedMarksTheMenusAndTellsSo) {
-    write(
-        "[Programmeinstellungen]\nWindowBreite = 5000\nWindowH\xF6he = 300\n"
-        "[Farben]\nFarbe 4 = 9\n[Men\xFCvorwahl]\nMenu 150 = 1\nMenu 203 = 1\nMenu 800 = 1\n");
-    services::setItemMark(105, true);
-    charts::state.limits[3] = {.lower = 5, .upper = 6};
-    reload();
-    EXPECT_TRUE(services::itemMark(150));
-    EXPECT_TRUE(services::itemMark(203));
-    EXPECT_FALSE(services::itemMark(105));
-    EXPECT_EQ(9, charts::state.colours[4]);
-    // Larger than the desktop, but only a start looks at that.
-    EXPECT_EQ(5000, settings::state.windowWidth);
-    EXPECT_EQ(5.0F, charts::state.limits[3].lower);
-}
-
-TEST_F(SettingsFile, WithoutAMarkClearsAllMarksWhenLoaded) {
-    save();
-    for (int item = 100; item < 772; ++item)
-        services::setItemMark(item, true);
-    reload();
-    for (int item = 100; item < 772; ++item) {
-        EXPECT_EQ(0, settings::state.menuPreselection[static_cast<std::size_t>(item)]);
-        EXPECT_FALSE(services::itemMark(item));
-    }
-}
-
-TEST_F(SettingsFile, IsNotDeletedWithoutAYes) {
-    write("[Farben]\nFarbe 4 = 9\n");
-    std::filesystem::create_directory("anderswo");
-    std::filesystem::current_path("anderswo");
-    charts::state.colours[3] = 77;
-    settings::state.menuPreselection[103] = 1;
-    device::state.backupDirectory = "/stick/";
-    answerDeletion(false);
-    settings::deleteStartSettings();
-    EXPECT_EQ("[Farben]\nFarbe 4 = 9\n", file());
-    EXPECT_EQ(77, charts::state.colours[3]);
-    EXPECT_EQ(1, settings::state.menuPreselection[103]);
-    EXPECT_EQ("/stick/", device::state.backupDirectory);
-    EXPECT_EQ(programDirectory() + "anderswo/", services::currentDirectory());
-}
-
-TEST_F(SettingsFile, DeletedGivesBackTheDefaultsButKeepsMarksAndTrainingColours) {
-    write("[Farben]\nFarbe 4 = 9\n");
-    settings::state.windowWidth = 640;
-    settings::state.windowHeight = 480;
-    device::state.backupDirectory = "/stick/";
-    device::state.renumberingEnabled = true;
-    charts::state.colours[0] = 77;
-    charts::state.colours[19] = 77;
-    charts::state.colours[20] = 77;
-    charts::state.colours[50] = 77;
-    charts::state.colours[71] = 77;
-    charts::state.limits[3] = {.lower = 5, .upper = 6};
-    settings::state.menuPreselection[103] = 1;
-    services::setItemMark(103, true);
-    answerDeletion(true);
-    settings::deleteStartSettings();
-
-    EXPECT_FALSE(std::filesystem::exists(directory / "Einstellungen.dat"));
-    EXPECT_EQ(900, settings::state.windowWidth);
-    EXPECT_EQ(560, settings::state.windowHeight);
-    EXPECT_EQ("", device::state.backupDirectory);
-    EXPECT_FALSE(device::state.renumberingEnabled);
-    EXPECT_EQ(16711680, charts::state.colours[0]);
-    EXPECT_EQ(128, charts::state.colours[4]);
-    EXPECT_EQ(52428, charts::state.colours[19]);
-    EXPECT_EQ(77, charts::state.colours[20]);
-    EXPECT_EQ(77, charts::state.colours[50]);
-    EXPECT_EQ(77, charts::state.colours[71]);
-    EXPECT_EQ(5.0F, charts::state.limits[3].lower);
-    EXPECT_EQ(0, settings::state.menuPreselection[103]);
-    EXPECT_TRUE(services::itemMark(103));
-    EXPECT_EQ(programDirectory(), services::currentDirectory());
-}
-
-TEST_F(SettingsFile, DeletedWhileThereIsNoneIsTheSame) {
-    charts::state.colours[0] = 77;
-    answerDeletion(true);
-    settings::deleteStartSettings();
-    EXPECT_EQ(16711680, charts::state.colours[0]);
-    EXPECT_EQ(0U, filesInDirectory());
-}
-
-TEST_F(SettingsFile, IsAppliedToTheMenusBeforeItIsToldLoaded) {
-    write("[Men\xFCvorwahl]\nMenu 203 = 1\n");
-    services::setItemMark(105, true);
-    int told = 0;
-    world.beforeMessage = [&](services::TextView) {
-        ++told;
-        EXPECT_TRUE(services::itemMark(203));
-        EXPECT_FALSE(services::itemMark(105));
-    };
-    reload();
-    EXPECT_EQ(told, 1);
-}
-
-// What it said is gone with it.
-TEST_F(SettingsFile, IsDeletedBeforeTheSettingsAreLoaded) {
-    builders::writeCard(directory / "karte", 2);
-    write("[Programmeinstellungen]\nWindowBreite = 640\nWindowH\xF6he = 480\nVerzeichnis = " +
-          programDirectory() +
-          "karte/\nSicherheitskopie = /stick/\nNummerieren = 1\n[Farben]\nFarbe 30 = 5\n"
-          "Farbe 50 = 9\n[Men\xFCvorwahl]\nMenu 203 = 1\n");
-    charts::state.colours[50] = 77;
-    answerDeletion(true);
-    settings::deleteStartSettings();
-    EXPECT_EQ(900, settings::state.windowWidth);
-    EXPECT_EQ(560, settings::state.windowHeight);
-    EXPECT_EQ("", device::state.backupDirectory);
-    EXPECT_FALSE(device::state.renumberingEnabled);
-    EXPECT_EQ(0, charts::state.colours[30]);
-    EXPECT_EQ(77, charts::state.colours[50]);
-    EXPECT_EQ(0, settings::state.menuPreselection[203]);
-    EXPECT_EQ(programDirectory(), services::currentDirectory());
 }
 
 }  // namespace
