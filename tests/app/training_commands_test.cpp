@@ -1,16 +1,15 @@
 #include "app/training_commands.h"
 
+#include <filesystem>
 #include <fstream>
+#include <string>
+#include <vector>
 
-#include "app/event_loop.h"
 #include "app/main_window.h"
-#include "app/startup.h"
 #include "charts/values/chart_options.h"
-#include "export/export_state.h"
 #include "files/list_window.h"
 #include "services/text/dates.h"
-#include "tests/app/app_test.h"
-#include "tests/builders/card_builder.h"
+#include "tests/app/training_commands_fixture.h"
 
 namespace {
 
@@ -18,107 +17,6 @@ using services::Event;
 using services::EventKind;
 using services::operator""_l1;
 using stand_ins::world;
-
-// The program on a card of three trainings with three samples each; what happens in the list window
-// is put into the queue of events.
-class TrainingCommands : public AppTest {
-  protected:
-    void SetUp() override {
-        AppTest::SetUp();
-        exporting::state = {};
-        std::vector<device::DictionaryRecord> records;
-        for (std::uint64_t number = 1; number <= 3; ++number) {
-            records.push_back(builders::makeRecord(number));
-        }
-        builders::writeCard(directory, records, 3);
-        ASSERT_TRUE(app::startUp({}));
-    }
-
-    static Event press(int button) {
-        return {.kind = EventKind::control,
-                .window = services::listWindow,
-                .control = files::firstButtonControl + button,
-                .data = services::pressed};
-    }
-
-    static Event doubleClick(int row) {
-        return {.kind = EventKind::control,
-                .window = services::listWindow,
-                .control = files::trainingListControl,
-                .item = row,
-                .data = services::doubleClicked};
-    }
-
-    static Event key(int item) {
-        return {.kind = EventKind::menu, .window = services::listWindow, .item = item};
-    }
-
-    static void choose(int item) { app::dispatchEvent({.kind = EventKind::menu, .item = item}); }
-
-    static void expectOptionsOf(charts::ChartKind kind) {
-        const bool overview = kind == charts::ChartKind::overview;
-        for (int base = 100; base <= 900; base += 100) {
-            EXPECT_EQ(overview, services::itemEnabled(base)) << base;
-            EXPECT_EQ(overview, services::itemEnabled(base + 19)) << base;
-            EXPECT_EQ(!overview, services::itemEnabled(base + 50)) << base;
-            EXPECT_EQ(!overview, services::itemEnabled(base + 71)) << base;
-        }
-        EXPECT_EQ(kind, app::state.currentChart);
-    }
-
-    static std::vector<int> selection() {
-        std::vector<int> flags;
-        for (const device::DictionaryRecord& record : device::state.dictionary) {
-            flags.push_back(record.selected);
-        }
-        return flags;
-    }
-
-    static const services::Surface& picture() {
-        return world.windows[services::mainWindow].images[app::chartImageControl];
-    }
-
-    static void resizeMainWhileTheListIsOpen(int width, int height) {
-        world.beforeEvent = [width, height](int) {
-            services::resizeWindow(services::mainWindow, width, height);
-        };
-    }
-
-    // The newest and the oldest, besides whatever else happens while the list is open.
-    static void chooseTwoRows() {
-        world.beforeEvent = [before = world.beforeEvent](int call) {
-            if (before) before(call);
-            auto& list =
-                world.windows.at(services::listWindow).controls.at(files::trainingListControl);
-            list.chosen = {0, 2};
-        };
-    }
-
-    static void exportAndCancel(int item, std::initializer_list<Event> events) {
-        world.events = events;
-        world.saveFileAnswers.push_back(
-            {services::Text("Name und Ort der CSV-Datei wählen"_l1), "", "Dicitonary.csv", ""});
-        choose(item);
-        world.beforeEvent = {};
-    }
-
-    // What the user does to the list before its first event.
-    static void chooseRowsOnce(const std::vector<int>& rows) {
-        world.eventsWaitedFor = 0;
-        world.beforeEvent = [rows](int call) {
-            if (call != 0) return;
-            world.windows.at(services::listWindow).controls.at(files::trainingListControl).chosen =
-                rows;
-        };
-    }
-
-    static bool drawn(const std::string& text) {
-        for (const stand_ins::TextCall& call : world.texts) {
-            if (services::latin1ToUtf8(call.text) == text) return true;
-        }
-        return false;
-    }
-};
 
 TEST_F(TrainingCommands, DateiOeffnenShowsTheChosenTrainingWithItsBottomLine) {
     services::setItemMark(153, true);
@@ -238,82 +136,12 @@ TEST_F(TrainingCommands, AWindowResizedAboveACancelledListKeepsTheTicksOfTheOthe
     }
 }
 
-TEST_F(TrainingCommands, AnExportDrawsNothingThatTheChartDoesNotShowAlready) {
-    choose(203);
-    const services::Surface before = picture();
-    resizeMainWhileTheListIsOpen(500, 400);
-    chooseTwoRows();
-    exportAndCancel(22, {press(0)});
-    EXPECT_EQ((std::vector<int>{1, 0, 1}), selection());
-    EXPECT_EQ(before.pixels, picture().pixels);
-    EXPECT_EQ(500, settings::state.windowWidth);
-    // As soon as something is drawn, it has the new size.
-    choose(303);
-    EXPECT_EQ(500, picture().width);
-    EXPECT_EQ(400, picture().height);
-}
-
-TEST_F(TrainingCommands, AnExportOfAllDrawsTheSameChartAtTheWindowsNewSize) {
-    choose(203);
-    resizeMainWhileTheListIsOpen(500, 400);
-    exportAndCancel(22, {press(0)});
-    EXPECT_EQ(500, picture().width);
-    EXPECT_TRUE(services::itemMark(203));
-    // Nor is a chart drawn again that has its size.
-    const int shown = world.windows[services::mainWindow].imagesShown;
-    exportAndCancel(22, {press(0)});
-    EXPECT_EQ(shown, world.windows[services::mainWindow].imagesShown);
-}
-
-TEST_F(TrainingCommands, AMovedWindowShowsWhatAnExportHasChosen) {
-    choose(203);
-    chooseTwoRows();
-    exportAndCancel(22, {press(0)});
-    const auto move = [] {
-        world.texts.clear();
-        app::dispatchEvent({.kind = EventKind::move});
-    };
-    for (const EventKind kind : {EventKind::move, EventKind::zoom, EventKind::resize}) {
-        device::state.dictionary.back().selected = kind == EventKind::zoom ? 0 : 1;
-        world.texts.clear();
-        app::dispatchEvent({.kind = kind});
-        EXPECT_TRUE(
-            drawn(kind == EventKind::zoom ? "1:00:00 / 1 = 1:00:00" : "2:00:00 / 2 = 1:00:00"));
-    }
-    move();
-    EXPECT_TRUE(world.texts.empty());
-    charts::state.limits[3].lower = 102;
-    move();
-    EXPECT_FALSE(world.texts.empty());
-    move();
-    EXPECT_TRUE(world.texts.empty());
-}
-
 TEST_F(TrainingCommands, TrainingsdateienBearbeitenOpensTheEditMode) {
     world.events = {press(0)};
     choose(3);
     const stand_ins::WindowRecord& list = world.closedWindows[services::listWindow];
     EXPECT_EQ("Trainingsdateien bearbeiten", list.title);
     EXPECT_EQ("Fertig", list.controls.at(files::firstButtonControl).text);
-    expectOptionsOf(charts::ChartKind::overview);
-}
-
-TEST_F(TrainingCommands, BothExportsAskInTheListFirst) {
-    const std::string csv = (directory / "aus.csv").string();
-    world.events = {press(0)};
-    world.saveFileAnswers.push_back(
-        {services::Text("Name und Ort der CSV-Datei wählen"_l1), "", "Dicitonary.csv", csv});
-    stand_ins::expectMessage("Info", "Die Datei '" + csv + "' wurde gespeichert!");
-    choose(22);
-    EXPECT_TRUE(std::filesystem::exists(csv));
-
-    world.events = {doubleClick(0)};
-    world.saveFileAnswers.push_back({services::Text("Name und Ort der CSV-Datei wählen"_l1), "",
-                                     "0003  04_01_2013 00_00_00   60min   25,0km  Training 3.csv",
-                                     ""});
-    choose(32);
-    EXPECT_EQ(3U, device::state.samples.size());
-    // An export does not turn to the other chart.
     expectOptionsOf(charts::ChartKind::overview);
 }
 
@@ -400,43 +228,6 @@ TEST_F(TrainingCommands, TrainingsdateienBearbeitenShowsTheChosenTrainingsAtOnce
     choose(3);
     EXPECT_EQ((std::vector<int>{1, 0, 1}), selection());
     EXPECT_NE(all, picture().pixels);
-}
-
-TEST_F(TrainingCommands, AnExportShowsNoNewPicture) {
-    choose(203);
-    const auto before = picture().pixels;
-    const int shown = world.windows[services::mainWindow].imagesShown;
-    // Two of the three: a new picture would be another one.
-    chooseRowsOnce({0, 2});
-    world.events = {press(0)};
-    world.saveFileAnswers.push_back(
-        {services::Text("Name und Ort der CSV-Datei wählen"_l1), "", "Dicitonary.csv", ""});
-    choose(22);
-    EXPECT_EQ((std::vector<int>{1, 0, 1}), selection());
-    EXPECT_EQ(shown, world.windows[services::mainWindow].imagesShown);
-
-    world.events = {doubleClick(0)};
-    world.saveFileAnswers.push_back({services::Text("Name und Ort der CSV-Datei wählen"_l1), "",
-                                     "0003  04_01_2013 00_00_00   60min   25,0km  Training 3.csv",
-                                     ""});
-    choose(32);
-    EXPECT_EQ(shown, world.windows[services::mainWindow].imagesShown);
-    EXPECT_EQ(before, picture().pixels);
-}
-
-TEST_F(TrainingCommands, EditingAndExportingLeaveTheCurrentChartAndItsOptions) {
-    for (const charts::ChartKind kind :
-         {charts::ChartKind::training, charts::ChartKind::overview}) {
-        world.events = {key(files::escapeShortcut)};
-        choose(kind == charts::ChartKind::training ? 31 : 21);
-        expectOptionsOf(kind);
-        for (const int item : {3, 22, 32}) {
-            SCOPED_TRACE(item);
-            world.events = {key(files::escapeShortcut)};
-            choose(item);
-            expectOptionsOf(kind);
-        }
-    }
 }
 
 }  // namespace
