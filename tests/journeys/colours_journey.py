@@ -2,7 +2,6 @@
 
 import os
 
-from card import record, seconds
 from journey import Journey
 
 WATT = [100.0, 140.0, 120.0]
@@ -13,9 +12,7 @@ CHOSEN = (0x10, 0xA0, 0xE8)
 class Colours(Journey):
     def setUp(self):
         super().setUp()
-        self.filled = self.card()
-        for i, watt in enumerate(WATT):
-            self.filled.add(record(i + 1, seconds(2013, 5, i + 1), watt=watt))
+        self.filled = self.card_of(WATT)
         self.program = self.start(self.filled.root)
         self.program.tick("Übersicht", "Watt", "Quadrate")
         self.shows(DEFAULT, CHOSEN)

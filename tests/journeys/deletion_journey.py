@@ -21,9 +21,7 @@ class Deletion(Journey):
         ]
         for entry in self.entries:
             self.filled.add(entry)
-        self.program = self.start(self.filled.root)
-        self.program.tick("Übersicht", "Watt", "Balken")
-        self.program.wait_bars(fractions(WATT[::-1]))
+        self.program = self.start_with_bars(self.filled, WATT[::-1])
 
     def open_list(self):
         self.program.choose("Programm", "Trainingsdateien bearbeiten")

@@ -3,7 +3,6 @@
 import os
 import time
 
-from card import record, seconds
 from chart import fractions
 from journey import Journey
 from waiting import wait_until
@@ -16,13 +15,9 @@ CHOOSE = "Wähle die Trainingsdatei"
 class Escape(Journey):
     def setUp(self):
         super().setUp()
-        self.filled = self.card()
-        for i, watt in enumerate(WATT):
-            self.filled.add(record(i + 1, seconds(2013, 5, i + 1), watt=watt))
+        self.filled = self.card_of(WATT)
         self.before = self.contents()
-        self.program = self.start(self.filled.root)
-        self.program.tick("Übersicht", "Watt", "Balken")
-        self.program.wait_bars(fractions(WATT))
+        self.program = self.start_with_bars(self.filled, WATT)
 
     def contents(self):
         found = {}

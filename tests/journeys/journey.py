@@ -14,7 +14,8 @@ import unittest
 import zoneinfo
 
 import program
-from card import Card
+from card import Card, record, seconds
+from chart import fractions
 from desktop import Desktop
 
 
@@ -62,6 +63,13 @@ class Journey(unittest.TestCase):
     def card(self, name="card"):
         return Card(self.directory(name))
 
+    def card_of(self, watts):
+        """A card with a training a day from 1 May 2013 on, of these powers."""
+        card = self.card()
+        for i, watt in enumerate(watts):
+            card.add(record(i + 1, seconds(2013, 5, i + 1), watt=watt))
+        return card
+
     def other_drive(self):
         """A directory on what the program takes for another drive than the card's."""
         for parent in ("/var/tmp", "/tmp", "/dev/shm"):
@@ -79,6 +87,13 @@ class Journey(unittest.TestCase):
         )
         self.addCleanup(started.end)
         self.addCleanup(self.keep_evidence, started)
+        return started
+
+    def start_with_bars(self, card, watts):
+        """Starts the program on a card and shows its trainings' powers as bars, which are these."""
+        started = self.start(card.root)
+        started.tick("Übersicht", "Watt", "Balken")
+        started.wait_bars(fractions(watts))
         return started
 
     def keep_evidence(self, started):

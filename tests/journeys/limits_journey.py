@@ -2,7 +2,6 @@
 
 import itertools
 
-from card import record, seconds
 from chart import BLACK, fractions
 from journey import Journey
 from waiting import wait_until
@@ -14,12 +13,8 @@ DIALOG = "Grenzwerte"
 class Limits(Journey):
     def setUp(self):
         super().setUp()
-        self.filled = self.card()
-        for i, watt in enumerate(WATT):
-            self.filled.add(record(i + 1, seconds(2013, 5, i + 1), watt=watt))
-        self.program = self.start(self.filled.root)
-        self.program.tick("Übersicht", "Watt", "Balken")
-        self.shows()
+        self.filled = self.card_of(WATT)
+        self.program = self.start_with_bars(self.filled, WATT)
 
     def shows(self, low=None, high=None):
         return self.program.wait_bars(fractions(WATT, low, high))

@@ -26,9 +26,7 @@ class List(Journey):
         self.filled = self.card()
         for day, description, watt in TRAININGS:
             self.filled.add(record(day, seconds(2013, 5, day), description, watt=watt))
-        self.program = self.start(self.filled.root)
-        self.program.tick("Übersicht", "Watt", "Balken")
-        self.program.wait_bars(fractions(WATT))
+        self.program = self.start_with_bars(self.filled, WATT)
 
     def open_edit(self):
         self.program.choose("Programm", "Trainingsdateien bearbeiten")

@@ -22,9 +22,7 @@ class Meanwhile(Journey):
         content = b"".join(sample(10 * i, watt=100 + i) for i in range(5))
         for i, watt in enumerate(WATT):
             self.filled.add(record(i + 1, seconds(2013, 5, i + 1), watt=watt), content)
-        self.program = self.start(self.filled.root)
-        self.program.tick("Übersicht", "Watt", "Balken")
-        self.program.wait_bars(fractions(WATT))
+        self.program = self.start_with_bars(self.filled, WATT)
 
     def handle(self, title):
         return self.desktop.xdotool("search", "--name", f"^{title}$").split()[-1]

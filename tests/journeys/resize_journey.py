@@ -2,7 +2,6 @@
 
 import os
 
-from card import record, seconds
 from chart import fractions
 from journey import Journey
 from waiting import wait_until
@@ -13,12 +12,8 @@ WATT = [100.0, 140.0, 120.0, 160.0]
 class Resize(Journey):
     def setUp(self):
         super().setUp()
-        self.filled = self.card()
-        for i, watt in enumerate(WATT):
-            self.filled.add(record(i + 1, seconds(2013, 5, i + 1), watt=watt))
-        self.program = self.start(self.filled.root)
-        self.program.tick("Übersicht", "Watt", "Balken")
-        self.program.wait_bars(fractions(WATT))
+        self.filled = self.card_of(WATT)
+        self.program = self.start_with_bars(self.filled, WATT)
 
     def size(self):
         return self.program.chart_place()[2:]
