@@ -87,7 +87,8 @@ bool replaceFile(PathView from, PathView to);
 // True where a file that gets another name is there whole under one of both whenever the power
 // goes. False for FAT and its like: there a name holds the length of its file and where it lies,
 // the names of a rename come to the disk one by one, the new one without those two, and with both
-// names there removing one frees what the other stands for. Empty: the working directory.
+// names there removing one frees what the other stands for. Also where the system does not tell.
+// Empty: the working directory.
 bool renamesInOneStep(PathView directory);
 
 // How much more can be written in a directory, in bytes; -1 when it can't be told.

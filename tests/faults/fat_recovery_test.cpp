@@ -278,4 +278,18 @@ TEST_F(FatRecovery, ALeftoverThatCantBeSetAsideStays) {
     EXPECT_EQ(bytesOf("part"), "bytes");
 }
 
+// What is done on FAT loses nothing elsewhere.
+TEST_F(FatRecovery, AFileSystemThatDoesNotTellWhatItIsCountsAsFat) {
+    fault_injector::pretendFat(false);
+    writeBytes("file", "bytes");
+    writeBytes("part", "bytes");
+    fault_injector::arm(
+        {.kind = FaultKind::fail, .error = EIO, .goesOn = true, .names = {"statfs"}});
+    EXPECT_TRUE(services::replaceWholeFile("file", "part", "new"));
+    EXPECT_GT(fault_injector::disarm(), 0);
+    EXPECT_EQ(bytesOf("file"), "new");
+    ASSERT_TRUE(fs::exists("part.rest1"));
+    EXPECT_EQ(bytesOf("part.rest1"), "bytes");
+}
+
 }  // namespace

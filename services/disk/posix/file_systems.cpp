@@ -22,7 +22,9 @@ TerminatedPath pathOf(PathView directory) {
 
 bool renamesInOneStep(PathView directory) {
     struct statfs status = {};
-    if (statfs(pathOf(directory).c_str(), &status) != 0) return true;
+    // A FAT of which a part can't be read may not tell that either: what is done there is safe
+    // elsewhere, too.
+    if (statfs(pathOf(directory).c_str(), &status) != 0) return false;
 #ifdef __linux__
     return status.f_type != MSDOS_SUPER_MAGIC && status.f_type != EXFAT_SUPER_MAGIC;
 #else
