@@ -156,6 +156,9 @@ bool isIndexAsLoaded() {
         services::digestOfFile(indexName, services::LinksAre::followed);
     if (digest.state == services::WholeFile::State::missing)
         return state.indexLength == 0 && state.indexHash == 0;
+    // It was unreadable then as well, and the copy beside it was listed.
+    if (digest.state == services::WholeFile::State::unreadable)
+        return state.dictionaryReadOnly && state.indexLength == 0 && isCopyAsLoaded();
     return digest.state == services::WholeFile::State::read && digest.length == state.indexLength &&
            digest.hash == state.indexHash;
 }

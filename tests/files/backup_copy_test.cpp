@@ -206,6 +206,18 @@ TEST_F(BackupCopy, ACardThatIsListedFromTheCopyOfItsIndexIsBackedUp) {
     EXPECT_EQ(bytesOf(backup / nameOf(2)), contentOf(nameOf(2)));
 }
 
+// The disk no longer gives the index: one that claims more bytes than any memory holds counts so.
+TEST_F(BackupCopy, ACardWhoseIndexCantBeReadIsBackedUpByTheCopy) {
+    useCard({recordOf(1, 1), recordOf(2, 2)});
+    const std::string index = bytesOf("dictionary.2");
+    writeBytes(device::indexCopyName, device::encodeIndexCopy({.index = index}));
+    fs::resize_file("dictionary.2", std::uintmax_t{1} << 42U);
+    copyAndClose();
+    EXPECT_EQ(lines(), line('+', 1) + line('+', 2));
+    EXPECT_EQ(bytesOf(backup / "dictionary.2"), index);
+    EXPECT_EQ(bytesOf(backup / nameOf(2)), contentOf(nameOf(2)));
+}
+
 // The old index lies beside the copy.
 TEST_F(BackupCopy, ACardWithAnOldIndexBesideItsCopyIsBackedUpByTheCopy) {
     useCard({recordOf(1, 1), recordOf(2, 2), recordOf(3, 3)});
