@@ -200,7 +200,7 @@ class FatCard : public Fat {
     void SetUp() override {
         Fat::SetUp();
         std::vector<device::DictionaryRecord> records;
-        for (const std::uint64_t number : {1, 5}) {
+        for (const std::uint64_t number : {1U, 5U}) {
             records.push_back(builders::makeRecord(number));
             records.back().startDate = static_cast<std::int32_t>(number);
         }
