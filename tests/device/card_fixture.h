@@ -7,14 +7,13 @@
 #include <bit>
 #include <cstddef>
 #include <cstdint>
-#include <fstream>
-#include <iterator>
 #include <span>
 #include <string>
 #include <string_view>
 
 #include "device/device_state.h"
 #include "services/text/latin1.h"
+#include "tests/builders/file_bytes.h"
 #include "tests/stand_ins/stand_ins.h"
 
 namespace device_tests {
@@ -59,18 +58,8 @@ inline std::string nameOf(std::uint64_t number) {
     return name;
 }
 
-inline void writeBytes(const std::string& path, std::string_view bytes) {
-    std::ofstream file(path, std::ios::binary);
-    file.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
-    file.close();
-    ASSERT_TRUE(file.good()) << path;
-}
-
-inline std::string bytesOf(const std::string& path) {
-    std::ifstream file(path, std::ios::binary);
-    EXPECT_TRUE(file.good()) << path;
-    return {std::istreambuf_iterator<char>(file), {}};
-}
+using builders::bytesOf;
+using builders::writeBytes;
 
 inline void writeTrainingFile(std::uint64_t number) {
     writeBytes(nameOf(number), std::string(44, '\0'));

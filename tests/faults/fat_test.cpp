@@ -16,18 +16,18 @@
 #include "services/disk/file_copies.h"
 #include "services/disk/whole_files.h"
 #include "tests/builders/card_builder.h"
+#include "tests/builders/file_bytes.h"
 #include "tests/faults/fault_injector.h"
-#include "tests/faults/files_here.h"
 #include "tests/stand_ins/stand_ins.h"
 
 namespace {
 
 namespace fs = std::filesystem;
+using builders::bytesOf;
+using builders::namesIn;
+using builders::writeBytes;
 using fault_injector::Fault;
 using fault_injector::FaultKind;
-using faults_tests::bytesOf;
-using faults_tests::namesHere;
-using faults_tests::writeBytes;
 using Names = std::set<std::string>;
 
 class Fat : public stand_ins::StandInTest {
@@ -72,7 +72,7 @@ TEST_F(Fat, AReplacedFileKeepsItsPlaceUntilTheNewOneIsOnTheDiskUnderItsName) {
     EXPECT_EQ(callsOf([] { EXPECT_TRUE(services::replaceWholeFile("file", "part", "newer")); }),
               (std::vector<std::string>{"write", "fsync", "close", "rename", "fsync directory",
                                         "close"}));
-    EXPECT_EQ(namesHere(), Names{"file"});
+    EXPECT_EQ(namesIn("."), Names{"file"});
 }
 
 TEST_F(Fat, ARemovedFileKeepsItsPlaceUntilItsNameIsGoneFromTheDisk) {
@@ -83,7 +83,7 @@ TEST_F(Fat, ARemovedFileKeepsItsPlaceUntilItsNameIsGoneFromTheDisk) {
     EXPECT_EQ(callsOf([&] { services::deleteAllForGood(paths); }),
               (std::vector<std::string>{"unlink", "unlink", "fsync directory", "close", "close",
                                         "close"}));
-    EXPECT_EQ(namesHere(), Names{"directory"});
+    EXPECT_EQ(namesIn("."), Names{"directory"});
 }
 
 struct LeftoverRow {
@@ -105,13 +105,13 @@ TEST_F(Fat, ALeftoverThatMayShareItsBytesIsSetAside) {
     for (const LeftoverRow& row : rows) {
         SCOPED_TRACE(row.what);
         for (const bool isFat : {true, false}) {
-            for (const std::string& name : namesHere())
+            for (const std::string& name : namesIn("."))
                 fs::remove(name);
             writeBytes("part", row.leftover);
             if (row.finished != nullptr) writeBytes("file", row.finished);
             fault_injector::pretendFat(isFat);
             services::settleLeftover("part", "file");
-            EXPECT_EQ(namesHere(), isFat ? row.onFat : (row.finished ? Names{"file"} : Names{}));
+            EXPECT_EQ(namesIn("."), isFat ? row.onFat : (row.finished ? Names{"file"} : Names{}));
             if (row.finished != nullptr) {
                 EXPECT_EQ(bytesOf("file"), row.finished);
             }
@@ -124,7 +124,7 @@ TEST_F(Fat, WhatIsSetAsideIsNeverTouchedAgain) {
     writeBytes("part.rest1", "earlier");
     writeBytes("part", "bytes");
     EXPECT_TRUE(services::replaceWholeFile("file", "part", "new"));
-    EXPECT_EQ(namesHere(), (Names{"file", "part.rest1", "part.rest2"}));
+    EXPECT_EQ(namesIn("."), (Names{"file", "part.rest1", "part.rest2"}));
     EXPECT_EQ(bytesOf("part.rest1"), "earlier");
     EXPECT_EQ(bytesOf("part.rest2"), "bytes");
     EXPECT_EQ(bytesOf("file"), "new");
@@ -159,7 +159,7 @@ TEST_F(Fat, ACopyThatTheDiskKeepsOtherwiseIsNone) {
                              .meanwhile = [] { writeBytes("part", "contenT"); }});
         EXPECT_FALSE(copyFile());
         EXPECT_GT(fault_injector::disarm(), 0) << "it was not read back";
-        EXPECT_EQ(namesHere(), Names{"from"});
+        EXPECT_EQ(namesIn("."), Names{"from"});
     }
 }
 
@@ -167,7 +167,7 @@ TEST_F(Fat, AFileIsMovedByACopyThatIsWholeBeforeTheOldNameGoes) {
     writeBytes("from", "content");
     const std::vector<std::string> calls =
         callsOf([] { EXPECT_TRUE(services::moveByCopying("from", "to", "part")); });
-    EXPECT_EQ(namesHere(), Names{"to"});
+    EXPECT_EQ(namesIn("."), Names{"to"});
     EXPECT_EQ(bytesOf("to"), "content");
     const auto named = std::find(calls.begin(), calls.end(), "renameat2");
     const auto removed = std::find(calls.begin(), calls.end(), "unlink");
@@ -191,7 +191,7 @@ TEST_F(Fat, AFileThatCantBeMovedStaysAsItIs) {
         fault_injector::disarm();
         EXPECT_EQ(bytesOf("from"), "content");
         fs::remove("to");  // the whole of it may be there when only the name could not be flushed
-        EXPECT_EQ(namesHere(), Names{"from"});
+        EXPECT_EQ(namesIn("."), Names{"from"});
     }
 }
 

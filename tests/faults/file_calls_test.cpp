@@ -19,18 +19,18 @@
 #include "services/disk/preferences.h"
 #include "services/disk/system_files.h"
 #include "services/disk/whole_files.h"
+#include "tests/builders/file_bytes.h"
 #include "tests/faults/fault_injector.h"
-#include "tests/faults/files_here.h"
 #include "tests/stand_ins/stand_ins.h"
 
 namespace {
 
 namespace fs = std::filesystem;
+using builders::bytesOf;
+using builders::namesIn;
+using builders::writeBytes;
 using fault_injector::Fault;
 using fault_injector::FaultKind;
-using faults_tests::bytesOf;
-using faults_tests::namesHere;
-using faults_tests::writeBytes;
 using services::Renaming;
 
 std::size_t openDescriptors() {
@@ -73,7 +73,7 @@ TEST_F(FileCalls, AFileSystemWithoutExclusiveRenamingRenamesByLinks) {
         writeBytes("from", "content");
         EXPECT_TRUE(
             under(failing(error, "renameat2"), [] { return services::renameFile("from", "to"); }));
-        EXPECT_EQ(namesHere(), std::set<std::string>{"to"});
+        EXPECT_EQ(namesIn("."), std::set<std::string>{"to"});
         EXPECT_EQ(bytesOf("to"), "content");
         fs::remove("to");
     }
@@ -84,7 +84,7 @@ TEST_F(FileCalls, AFileSystemWithoutLinksRenamesAfterLooking) {
         writeBytes("from", "content");
         EXPECT_TRUE(under(failing(error, "renameat2", "link"),
                           [] { return services::renameFile("from", "to"); }));
-        EXPECT_EQ(namesHere(), std::set<std::string>{"to"});
+        EXPECT_EQ(namesIn("."), std::set<std::string>{"to"});
         EXPECT_EQ(bytesOf("to"), "content");
         fs::remove("to");
     }
@@ -108,7 +108,7 @@ TEST_F(FileCalls, ARefusedRenameIsNotTriedInAnotherWay) {
         EXPECT_EQ(
             under(failing(error, "link"), [] { return services::renameByLinking("from", "to"); }),
             Renaming::failed);
-        EXPECT_EQ(namesHere(), std::set<std::string>{"from"});
+        EXPECT_EQ(namesIn("."), std::set<std::string>{"from"});
     }
 }
 
@@ -117,7 +117,7 @@ TEST_F(FileCalls, AnOldNameThatCantBeRemovedTakesTheNewOneBack) {
     EXPECT_EQ(under(failingAt(0, EACCES, "unlink"),
                     [] { return services::renameByLinking("from", "to"); }),
               Renaming::failed);
-    EXPECT_EQ(namesHere(), std::set<std::string>{"from"});
+    EXPECT_EQ(namesIn("."), std::set<std::string>{"from"});
     EXPECT_EQ(bytesOf("from"), "content");
 }
 
@@ -139,7 +139,7 @@ TEST_F(FileCalls, TheTwoNamesOfAnInterruptedRenameStayWhereNobodyCanLook) {
         EXPECT_EQ(under(failingAt(at, EIO, "lstat"),
                         [] { return services::renameByLinking("from", "to"); }),
                   Renaming::failed);
-        EXPECT_EQ(namesHere(), both);
+        EXPECT_EQ(namesIn("."), both);
     }
 }
 
@@ -183,7 +183,7 @@ TEST_F(FileCalls, AFileThatCantBeComparedToItsCopyIsNotTakenForCopied) {
             return copyFile("from", "to", "part");
         })) << at;
     }
-    EXPECT_EQ(namesHere(), both);
+    EXPECT_EQ(namesIn("."), both);
     EXPECT_EQ(bytesOf("to"), "content");
     EXPECT_EQ(openDescriptors(), before);
 }
@@ -204,12 +204,12 @@ TEST_F(FileCalls, CopiesAreFlushedOneByOneWhereThatCantBeDoneAtOnce) {
     const std::set<std::string> all = {"from", "A", "B", "C"};
     for (const char* call : {"fstatfs", "sync_file_range", "syncfs"}) {
         EXPECT_EQ(copyGroup(failing(ENOSYS, call)), (std::vector<bool>{true, true, true})) << call;
-        EXPECT_EQ(namesHere(), all) << call;
+        EXPECT_EQ(namesIn("."), all) << call;
         // Then each has to be on the disk. The directory is flushed as well, and can't be either.
         EXPECT_EQ(copyGroup(failing(ENOSYS, call, "fsync")),
                   (std::vector<bool>{false, false, false}))
             << call;
-        EXPECT_EQ(namesHere(), std::set<std::string>{"from"}) << call;
+        EXPECT_EQ(namesIn("."), std::set<std::string>{"from"}) << call;
     }
 }
 
@@ -220,12 +220,12 @@ TEST_F(FileCalls, ACopyOfWhichTheDiskHasLostAPartIsNone) {
         EXPECT_EQ(copyGroup(failing(error, "sync_file_range")),
                   (std::vector<bool>{false, false, false}))
             << error;
-        EXPECT_EQ(namesHere(), std::set<std::string>{"from"}) << error;
+        EXPECT_EQ(namesIn("."), std::set<std::string>{"from"}) << error;
         // Three calls begin to write, three wait for what was written.
         EXPECT_EQ(copyGroup(failingAt(4, error, "sync_file_range")),
                   (std::vector<bool>{true, false, true}))
             << error;
-        EXPECT_EQ(namesHere(), (std::set<std::string>{"from", "A", "C"})) << error;
+        EXPECT_EQ(namesIn("."), (std::set<std::string>{"from", "A", "C"})) << error;
     }
 }
 
@@ -236,7 +236,7 @@ TEST_F(FileCalls, ACopyThatIsNotOnTheDiskLeavesTheOthersOfItsGroup) {
         // A source is closed when its copy is written, and again, before the copy, when that was
         // compared with it.
         results.push_back(copyGroup(failingAt(4 + 2 * at, EIO, "close")));
-        EXPECT_EQ(namesHere().size(), 3U);
+        EXPECT_EQ(namesIn(".").size(), 3U);
     }
     EXPECT_EQ(results, (std::vector<std::vector<bool>>{
                            {false, true, true}, {true, false, true}, {true, true, false}}));
@@ -246,7 +246,7 @@ TEST_F(FileCalls, NamesThatAreNotOnTheDiskMakeNoCopies) {
     writeBytes("from", "content");
     // The first call is for the files.
     EXPECT_EQ(copyGroup(failingAt(1, EIO, "fsync")), (std::vector<bool>{false, false, false}));
-    EXPECT_EQ(namesHere(), (std::set<std::string>{"from", "A", "B", "C"}));
+    EXPECT_EQ(namesIn("."), (std::set<std::string>{"from", "A", "B", "C"}));
 }
 
 TEST_F(FileCalls, ACutThatIsNotOnTheDiskIsAFailure) {
