@@ -1,6 +1,6 @@
-// The pixel rules of services/raster/raster.h in the slowest and plainest way: every device pixel of the
-// surface is asked whether the mark covers it, every step of a line where it stands. The procedures
-// are those of services/raster/raster.h; coordinates may be anything, as there.
+// The pixel rules of services/raster/raster.h in the slowest and plainest way: every device pixel
+// of the surface is asked whether the mark covers it, every step of a line where it stands. The
+// procedures are those of services/raster/raster.h; coordinates may be anything, as there.
 #pragma once
 
 #include "services/raster/raster.h"
