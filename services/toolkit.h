@@ -5,7 +5,8 @@
 namespace services {
 
 // Prepares the toolkit in German whatever the locale. `programName` is the name it was started by.
-// The process ends with exit code 1 and one German line on the error output when there is no display.
+// The process ends with exit code 1 and one German line on the error output when there is no
+// display.
 void startToolkit(char* programName);
 
 // Closes every window and frees the toolkit.

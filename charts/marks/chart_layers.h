@@ -1,4 +1,5 @@
-// What of a chart is painted into its image before the texts at its top: grid and marks, as numbers.
+// What of a chart is painted into its image before the texts at its top: grid and marks, as
+// numbers.
 #pragma once
 
 #include <array>
