@@ -158,17 +158,19 @@ TEST_F(TrainingCommands, WithoutATreeACommandAsksForOneAndElseDoesNothing) {
 }
 
 TEST_F(TrainingCommands, EachItemOpensTheListInItsMode) {
+    const services::TextView editing = "Trainingsdateien bearbeiten"_l1;
+    const services::TextView choosing = "Wähle die Trainingsdatei"_l1;
     const struct {
         int item;
-        services::Text title;
+        services::TextView title;
         const char* firstButton;
         std::size_t controls;  // the list and its buttons
         bool severalRows;
-    } rows[] = {{3, services::Text("Trainingsdateien bearbeiten"_l1), "Fertig", 6, true},
-                {21, services::Text("Wähle die Trainingsdatei"_l1), "Alle", 6, true},
-                {22, services::Text("Wähle die Trainingsdatei"_l1), "Alle", 6, true},
-                {31, services::Text("Wähle die Trainingsdatei"_l1), "Auswahl", 4, false},
-                {32, services::Text("Wähle die Trainingsdatei"_l1), "Auswahl", 4, false}};
+    } rows[] = {{3, editing, "Fertig", 6, true},
+                {21, choosing, "Alle", 6, true},
+                {22, choosing, "Alle", 6, true},
+                {31, choosing, "Auswahl", 4, false},
+                {32, choosing, "Auswahl", 4, false}};
     for (const auto& row : rows) {
         SCOPED_TRACE(row.item);
         world.events = {key(files::escapeShortcut)};
